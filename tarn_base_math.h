@@ -1,0 +1,15 @@
+#ifndef TARN_BASE_MATH_H
+#define TARN_BASE_MATH_H
+
+/// @file
+/// Everything that the module `Tarn_base_math` exports, in one header.
+
+#include "special/bessel_modified.h"
+#include "special/beta.h"
+#include "special/error_function.h"
+#include "special/f_test.h"
+#include "special/gamma.h"
+#include "special/random.h"
+#include "special/random_lock.h"
+
+#endif
