@@ -14,6 +14,7 @@ target_compile_options(tarn_compile_options INTERFACE
 target_include_directories(tarn_compile_options INTERFACE ${PROJECT_SOURCE_DIR})
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 if(TARN_SANITIZE)
