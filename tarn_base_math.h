@@ -4,6 +4,10 @@
 /// @file
 /// Everything that the module `Tarn_base_math` exports, in one header.
 
+#include "arrays/median.h"
+#include "arrays/search.h"
+#include "arrays/sort.h"
+#include "arrays/typed_array.h"
 #include "special/bessel_modified.h"
 #include "special/beta.h"
 #include "special/error_function.h"
