@@ -58,7 +58,7 @@ bool BesselJY(double x, double nu, BesselJYValues& values);
 /// Domain, result and method as for `BesselJY`, but nl = floor(nu + 1/2) for every x, and the
 /// Wronskian is -1/x. The texts are "x too large; try asymptotic expansion", "series failed to
 /// converge" and "failure to converge in cf2".
-/// From x = 710 on I overflows and from 745 on K underflows.
+/// From about x = 714 on I overflows, from 742 on K underflows, and no error is raised.
 bool BesselIK(double x, double nu, BesselIKValues& values);
 
 /// The Chebyshev sum c[0]/2 + sum over j = 1 ... m-1 of c[j] T_j(z), z = (2y - a - b)/(b - a), by
