@@ -1,0 +1,143 @@
+#ifndef TARN_LINALG_MATRIX_PRODUCT_IMPL_H
+#define TARN_LINALG_MATRIX_PRODUCT_IMPL_H
+
+/// @file
+/// Products of `T_Matrix` with matrices and vectors.
+
+#include <algorithm>
+#include <new>
+
+#include "linalg/element_storage.h"
+#include "linalg/matrix.h"
+#include "linalg/vector.h"
+
+// Matrix by matrix --------------------------------------------------------------------------------
+
+/// c += this*b for a c of the right shape that shares no storage with the operands.
+template <class Element>
+void T_Matrix<Element>::MultiplyInto(const T_Matrix& b, T_Matrix& c) const {
+  if (data == nullptr || b.data == nullptr || c.data == nullptr) return;
+  for (int i = 0; i < y; ++i) {
+    Element* const target = c[i];
+    for (int k = 0; k < x; ++k) {
+      const Element factor = (*this)(i, k);
+      const Element* const row = b[k];
+      for (int j = 0; j < b.x; ++j) target[j] += factor * row[j];
+    }
+  }
+}
+
+/// c += this*transpose(b), likewise.
+template <class Element>
+void T_Matrix<Element>::MultiplyTransposedInto(const T_Matrix& b, T_Matrix& c) const {
+  if (data == nullptr || b.data == nullptr || c.data == nullptr) return;
+  for (int i = 0; i < y; ++i) {
+    for (int j = 0; j < b.y; ++j) {
+      Element sum = 0;
+      for (int k = 0; k < x; ++k) sum += (*this)(i, k) * b(j, k);
+      c(i, j) = sum;
+    }
+  }
+}
+
+template <class Element>
+int T_Matrix<Element>::Mul(const T_Matrix& b, T_Matrix& c) const {
+  if (x != b.y) return 0;
+  if (&c == this || &c == &b) {
+    T_Matrix product;
+    const int done = Mul(b, product);
+    if (done != 0) c = product;
+    return done;
+  }
+  c.SetDim(y, b.x);
+  c.Set(0);
+  MultiplyInto(b, c);
+  return c.data != nullptr ? 1 : 0;
+}
+
+template <class Element>
+int T_Matrix<Element>::MulT(const T_Matrix& b, T_Matrix& c) const {
+  if (x != b.x) return 0;
+  if (&c == this || &c == &b) {
+    T_Matrix product;
+    const int done = MulT(b, product);
+    if (done != 0) c = product;
+    return done;
+  }
+  c.SetDim(y, b.y);
+  c.Set(0);
+  MultiplyTransposedInto(b, c);
+  return c.data != nullptr ? 1 : 0;
+}
+
+template <class Element>
+T_Matrix<Element>* T_Matrix<Element>::operator*(const T_Matrix& b) const {
+  if (x != b.y) return nullptr;
+  auto* const product = new (std::nothrow) T_Matrix(y, b.x);
+  if (product != nullptr) MultiplyInto(b, *product);
+  return product;
+}
+
+template <class Element>
+T_Matrix<Element>& T_Matrix<Element>::operator*=(const T_Matrix& b) {
+  if (x != b.y) return *this;
+  T_Matrix product(y, b.x);
+  MultiplyInto(b, product);
+  if (product.data != nullptr) {
+    tarn::CopyElements(data, product.data, std::min(StoredCount(), product.StoredCount()));
+  }
+  return *this;
+}
+
+// Matrix by vector --------------------------------------------------------------------------------
+
+template <class Element>
+void T_Matrix<Element>::RightMultiply(Element* out, const Element* v) const {
+  if (data == nullptr) return;
+  for (int i = 0; i < y; ++i) {
+    const Element* const row = (*this)[i];
+    Element sum = 0;
+    for (int j = 0; j < x; ++j) sum += row[j] * v[j];
+    out[i] = sum;
+  }
+}
+
+template <class Element>
+void T_Matrix<Element>::Mul(T_MatVector<Element>& out, const T_MatVectorCol<Element>& v) const {
+  if (x != v.Dim()) return;
+  if (&out == &v) return Mul(out, T_MatVectorCol<Element>(v));
+  out.SetDim(y);
+  if (out.Dim() != y) return;
+  out.Set(0);
+  RightMultiply(static_cast<Element*>(out), static_cast<const Element*>(v));
+}
+
+template <class Element>
+void T_Matrix<Element>::RightMultiply(T_MatVectorCol<Element>& out,
+                                      const T_MatVectorCol<Element>& v) const {
+  Mul(out, v);
+}
+
+template <class Element>
+T_MatVectorCol<Element>* T_Matrix<Element>::operator*(const T_MatVectorCol<Element>& v) const {
+  if (x != v.Dim()) return nullptr;
+  auto* const product = new (std::nothrow) T_MatVectorCol<Element>;
+  if (product != nullptr) Mul(*product, v);
+  return product;
+}
+
+template <class Element>
+Element T_Matrix<Element>::QuadraticForm(const T_MatVector<Element>& a,
+                                         const T_MatVector<Element>& b) const {
+  Element form = 0;
+  if (x != b.Dim() || y != a.Dim() || data == nullptr) return form;
+  for (int i = 0; i < y; ++i) {
+    const Element* const row = (*this)[i];
+    Element sum = 0;
+    for (int j = 0; j < x; ++j) sum += row[j] * b[j];
+    form += a[i] * sum;
+  }
+  return form;
+}
+
+#endif
