@@ -94,7 +94,8 @@ double LnPsi(double x) {
 std::unique_ptr<double[]> CopyNumbers(Variable& values, std::int64_t count) {
   std::unique_ptr<double[]> numbers(new (std::nothrow) double[static_cast<std::size_t>(count)]);
   if (!numbers) return numbers;
-  for (std::int64_t i = 0; i < count; ++i) numbers[i] = values[i].GetDoubleNumb();
+  for (std::int64_t i = 0; i < count; ++i)
+    numbers[static_cast<std::size_t>(i)] = values[i].GetDoubleNumb();
   return numbers;
 }
 

@@ -25,7 +25,7 @@
 #include "frame/host.h"
 
 /// An error as scripts and programs see it.
-struct HostError {
+struct TARN_HOST_API HostError {
   int number = 0;        ///< error number; 0: no error
   std::string name;      ///< message text of the number in the host's error table
   std::string message;   ///< explanatory text, or the name where none was given
@@ -120,8 +120,8 @@ class TARN_HOST_API EmbeddedHost {
   /// Makes `GetOwner()` answer null until called with false.
   void HideOwner(bool hide);
   /// Asks the running script to stop: the flag `stopRequested` of the processor is set, and the
-  /// script ends with the error "Progress window got cancel" at the interpreter's next step. Safe to
-  /// call from a signal handler and from another thread.
+  /// script ends with the error "Progress window got cancel" at the interpreter's next step. Safe
+  /// to call from a signal handler and from another thread.
   void RequestStop();
 
   /// Makes the host heap refuse requests: `refuse(k)` is asked for the k-th request, counted from 1

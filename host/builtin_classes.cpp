@@ -1,0 +1,209 @@
+/// @file
+/// The classes that scripts and modules find in this host: arrays, vectors, tabulated functions and
+/// progress windows.
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "frame/error_numbers.h"
+#include "host/error_table.h"
+#include "host/host_state.h"
+#include "host/names.h"
+#include "host/script_class.h"
+
+namespace tarn {
+namespace {
+
+/// A class that only serves as a base: array base and vector value.
+class BaseClass : public VarClass {
+ public:
+  explicit BaseClass(std::uint16_t classId) : VarClass(classId, nullptr) {}
+};
+
+bool Fail(const std::string& message) {
+  TarnError(kErrorArgument, message.c_str());
+  return false;
+}
+
+bool FailForMemory() {
+  TarnError(kErrorMemory);
+  return false;
+}
+
+bool HasElements(const Variable& value) {
+  return value.TypeWord() == VARTYPE_ARRAY || value.IsInheritFrom(VARCLASS_ARRAY) != 0 ||
+         value.IsInheritFrom(VARCLASS_VECTOR) != 0;
+}
+
+/// Makes `target` a plain array of the elements of `source`.
+bool CopyElements(Variable& target, const Variable& source) {
+  const std::int64_t count = source.GetDim();
+  Variable copy(VARTYPE_ARRAY, count);
+  if (copy.GetDim() != count) return FailForMemory();
+  const Variable* from = source.GetArray();
+  Variable* to = copy.GetArray();
+  for (std::int64_t i = 0; i < count; ++i) {
+    to[i] = from[i];
+    if (to[i].TypeWord() == VARTYPE_EMPTY && from[i].TypeWord() != VARTYPE_EMPTY) {
+      return FailForMemory();
+    }
+  }
+  VariableAccess::Move(target, copy);
+  return true;
+}
+
+bool AreNumbers(const Variable& values) {
+  const Variable* elements = values.GetArray();
+  for (std::int64_t i = 0; i < values.GetDim(); ++i) {
+    if (elements[i].IsNumber() == 0) return false;
+  }
+  return true;
+}
+
+/// The dimension that a constructor argument states; -1 when it is none.
+std::int64_t DimensionOf(const Variable& value) {
+  const double number = value.GetDoubleNumb();
+  if (value.IsNumber() == 0 || !(number >= 0.0) || number != std::trunc(number)) return -1;
+  return number < 9.0e15 ? static_cast<std::int64_t>(number) : -1;
+}
+
+bool MakeZeros(Variable& elements, std::int64_t count) {
+  elements.Init(VARTYPE_ARRAY, count);
+  if (elements.GetDim() != count) return FailForMemory();
+  Variable* zeros = elements.GetArray();
+  for (std::int64_t i = 0; i < count; ++i) zeros[i] = 0.0;
+  return true;
+}
+
+/// Class(dimension), zeros; Class(values), their copy; Class(), empty.
+bool ConstructSequence(Object& object, VarRegister* arguments, int count, bool numbersOnly) {
+  const std::string name = object.Class().Name();
+  if (count == 0) return MakeZeros(object.Elements(), 0);
+  if (count != 1) return Fail(name + " takes one argument: its dimension or its elements");
+  const Variable& argument = arguments[0].GetVar();
+  if (HasElements(argument)) {
+    if (numbersOnly && !AreNumbers(argument)) return Fail(name + " takes only numbers as elements");
+    return CopyElements(object.Elements(), argument);
+  }
+  const std::int64_t dimension = DimensionOf(argument);
+  if (dimension < 0) return Fail(name + " takes its dimension, a whole number, or its elements");
+  return MakeZeros(object.Elements(), dimension);
+}
+
+bool ConstructVector(Object& object, VarRegister* arguments, int count) {
+  return ConstructSequence(object, arguments, count, true);
+}
+
+bool ConstructArray(Object& object, VarRegister* arguments, int count) {
+  return ConstructSequence(object, arguments, count, false);
+}
+
+/// The member, created where it does not exist; null with a pending error when it cannot be.
+Variable* MakeMember(Object& object, const char* name) {
+  const std::uint16_t nameId = MakeNameId(name);
+  Variable* member = nameId == kNoName ? nullptr : object.FindOrCreateMember(nameId);
+  if (member == nullptr) FailForMemory();
+  return member;
+}
+
+/// TFunc(abscissae, ordinates); TFunc(), an empty table.
+bool ConstructTabulatedFunction(Object& object, VarRegister* arguments, int count) {
+  Variable* abscissae = MakeMember(object, "X");
+  Variable* ordinates = abscissae == nullptr ? nullptr : MakeMember(object, "Y");
+  if (ordinates == nullptr) return false;
+  if (count == 0) return MakeZeros(*abscissae, 0) && MakeZeros(*ordinates, 0);
+  if (count != 2) return Fail("TFunc takes two arguments: abscissae and ordinates");
+  const Variable& x = arguments[0].GetVar();
+  const Variable& y = arguments[1].GetVar();
+  if (!HasElements(x) || !HasElements(y)) return Fail("TFunc takes arrays of numbers");
+  if (x.GetDim() != y.GetDim()) {
+    return Fail("TFunc takes as many ordinates as abscissae, got " + std::to_string(y.GetDim()) +
+                " and " + std::to_string(x.GetDim()));
+  }
+  return CopyElements(*abscissae, x) && CopyElements(*ordinates, y);
+}
+
+// Progress windows. There is no window: the embedding program may watch what one would show.
+
+bool ConstructProgressWindow(Object& object, VarRegister* /*arguments*/, int count) {
+  if (count != 0) return Fail("ProgressWnd takes no arguments");
+  Variable* progress = MakeMember(object, "Progress");
+  Variable* caption = progress == nullptr ? nullptr : MakeMember(object, "Caption");
+  Variable* cancelled = caption == nullptr ? nullptr : MakeMember(object, "Cancelled");
+  if (cancelled == nullptr) return false;
+  *progress = 0;
+  VariableAccess::SetText(*caption, "");
+  *cancelled = 0;
+  return true;
+}
+
+double MemberNumber(Object& object, const char* name) {
+  const Variable* member = object.FindMember(MakeNameId(name));
+  return member == nullptr ? 0.0 : member->GetDoubleNumb();
+}
+
+void ReportProgress(Object& object) {
+  HostState* host = CurrentHost();
+  if (host == nullptr || !host->progressWatcher) return;
+  const Variable* caption = object.FindMember(MakeNameId("Caption"));
+  host->progressWatcher(static_cast<std::int32_t>(MemberNumber(object, "Progress")),
+                        caption == nullptr ? std::string_view() : VariableAccess::Text(*caption));
+}
+
+void SetMember(Object& object, const char* name, const Variable& value) {
+  Variable* member = MakeMember(object, name);
+  if (member == nullptr) return;
+  *member = value;
+  ReportProgress(object);
+}
+
+void SetProgress(Object& object, VarRegister* arguments, Variable& /*result*/) {
+  SetMember(object, "Progress", arguments[0].GetVar());
+}
+
+void SetCaption(Object& object, VarRegister* arguments, Variable& /*result*/) {
+  SetMember(object, "Caption", arguments[0].GetVar());
+}
+
+void Cancel(Object& object, VarRegister* /*arguments*/, Variable& /*result*/) {
+  SetMember(object, "Cancelled", Variable(1));
+}
+
+void CheckCancel(Object& object, VarRegister* /*arguments*/, Variable& result) {
+  const HostState* host = CurrentHost();
+  const bool stopped = host != nullptr && host->StopRequested();
+  const bool cancelled = stopped || MemberNumber(object, "Cancelled") != 0.0;
+  result = cancelled ? 1 : 0;
+  if (cancelled) TarnError(kErrorCancel);
+}
+
+constexpr ScriptMethod kProgressMethods[] = {
+    {"SetProgress", MethodParameter::kInteger, SetProgress},
+    {"SetCaption", MethodParameter::kText, SetCaption},
+    {"CheckCancel", MethodParameter::kNone, CheckCancel},
+    {"Cancel", MethodParameter::kNone, Cancel},
+};
+
+struct BuiltinClasses {
+  BaseClass arrayBase{VARCLASS_ARRAY};
+  BaseClass vectorBase{VARCLASS_VECTOR};
+  ScriptClass array{"Array", &arrayBase, ConstructArray, {}};
+  ScriptClass vector{"Vector", &vectorBase, ConstructVector, {}};
+  ScriptClass mathVector{"MVector", &vectorBase, ConstructVector, {}};
+  ScriptClass tabulatedFunction{"TFunc", nullptr, ConstructTabulatedFunction, {}};
+  ScriptClass progressWindow{"ProgressWnd", nullptr, ConstructProgressWindow, kProgressMethods};
+  std::array<const ScriptClass*, 5> all{&array, &vector, &mathVector, &tabulatedFunction,
+                                        &progressWindow};
+};
+
+}  // namespace
+
+std::span<const ScriptClass* const> ScriptClasses() {
+  // Never destroyed: objects of these classes may live until the process ends.
+  static const auto& classes = *new BuiltinClasses;
+  return classes.all;
+}
+
+}  // namespace tarn

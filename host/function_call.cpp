@@ -1,0 +1,134 @@
+#include "host/function_call.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "host/script_class.h"
+
+namespace tarn {
+namespace {
+
+std::string DescribeObject(const Variable& value) {
+  if (value.IsInheritFrom(VARCLASS_VECTOR) != 0) return "a vector value";
+  return std::string("an object of class ") + value.GetObject()->Class().Name();
+}
+
+bool IsWholeInt32(double number) {
+  return number == std::trunc(number) && number >= std::numeric_limits<std::int32_t>::min() &&
+         number <= std::numeric_limits<std::int32_t>::max();
+}
+
+bool IsVectorLike(const Variable& value) {
+  return value.IsInheritFrom(VARCLASS_VECTOR) != 0 || value.IsInheritFrom(VARCLASS_ARRAY) != 0;
+}
+
+/// What is wrong with the elements of a vector-like value; empty: all are numbers.
+std::string ElementProblem(const Variable& value, std::size_t index) {
+  const Variable* elements = value.GetArray();
+  const std::int64_t count = value.GetDim();
+  for (std::int64_t i = 0; i < count; ++i) {
+    if (elements[i].IsNumber() != 0) continue;
+    return "argument " + std::to_string(index) + ", element " + std::to_string(i + 1) +
+           " must be a number, got " + DescribeKind(elements[i]);
+  }
+  return {};
+}
+
+std::string SetObject(VarRegister& target, const Parameter& parameter, Variable& value,
+                      std::size_t index) {
+  std::string problem;
+  if (parameter.className == "Vector" && IsVectorLike(value)) {
+    problem = ElementProblem(value, index);
+  } else {
+    const ScriptClass* wanted = FindScriptClass(parameter.className);
+    const bool fits =
+        wanted != nullptr && value.GetObject() != nullptr && wanted == &value.GetObject()->Class();
+    if (!fits) {
+      problem = ArgumentProblem(index, DescribeParameter(parameter), DescribeValue(value));
+    }
+  }
+  target.PointTo(&value);
+  target.SetRef();
+  return problem;
+}
+
+}  // namespace
+
+std::string DescribeKind(const Variable& value) {
+  const Variable& resolved = VariableAccess::Resolve(value);
+  switch (VariableAccess::Type(resolved)) {
+    case kEmpty:
+      return "nothing";
+    case kInteger:
+    case kReal:
+      return "a number";
+    case kPointer:
+      return "a native pointer";
+    case kFunction:
+      return "a function";
+    case kComplex:
+      return "a complex number";
+    case kText:
+      return "a text";
+    case kBytes:
+      return "a byte block";
+    case kArray:
+      return "an array";
+    default:
+      return DescribeObject(resolved);
+  }
+}
+
+std::string DescribeValue(const Variable& value) {
+  if (value.IsNumber() == 0) return DescribeKind(value);
+  char text[32];
+  std::snprintf(text, sizeof(text), "%.15g", value.GetDoubleNumb());
+  return text;
+}
+
+std::string ArgumentProblem(std::size_t index, const std::string& wanted, const std::string& got) {
+  return "argument " + std::to_string(index) + " must be " + wanted + ", got " + got;
+}
+
+std::string CountProblem(std::size_t expected, std::size_t got) {
+  return "expected " + std::to_string(expected) + (expected == 1 ? " argument" : " arguments") +
+         ", got " + std::to_string(got);
+}
+
+std::string DescribeParameter(const Parameter& parameter) {
+  switch (parameter.kind) {
+    case ParameterKind::kAny:
+      return "a value";
+    case ParameterKind::kNumber:
+      return "a number";
+    case ParameterKind::kInteger:
+      return "a whole number of 32 bits";
+    case ParameterKind::kReferObject:
+      break;
+  }
+  if (parameter.className == "Vector") return "a vector or an array of numbers";
+  return "an object of class " + parameter.className;
+}
+
+std::string SetArgument(VarRegister& target, const Parameter& parameter, Variable& value,
+                        std::size_t index) {
+  switch (parameter.kind) {
+    case ParameterKind::kAny:
+      target.PointTo(&value);
+      return {};
+    case ParameterKind::kNumber:
+      if (value.IsNumber() == 0) break;
+      target = value.GetDoubleNumb();
+      return {};
+    case ParameterKind::kInteger:
+      if (value.IsNumber() == 0 || !IsWholeInt32(value.GetDoubleNumb())) break;
+      target = value.GetInt32Numb();
+      return {};
+    case ParameterKind::kReferObject:
+      return SetObject(target, parameter, value, index);
+  }
+  return ArgumentProblem(index, DescribeParameter(parameter), DescribeValue(value));
+}
+
+}  // namespace tarn

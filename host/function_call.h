@@ -1,0 +1,49 @@
+#ifndef TARN_HOST_FUNCTION_CALL_H
+#define TARN_HOST_FUNCTION_CALL_H
+
+/// @file
+/// Arguments of registered functions: registers for them, and the check against the signature.
+
+#include <memory>
+#include <string>
+
+#include "host/function_table.h"
+#include "host/host_state.h"
+
+namespace tarn {
+
+/// One register per parameter; a few need no memory.
+class ArgumentRegisters {
+ public:
+  explicit ArgumentRegisters(std::size_t count)
+      : many_(count > kFew ? new VarRegister[count] : nullptr) {}
+  VarRegister* Get() { return many_ ? many_.get() : few_; }
+  VarRegister& operator[](std::size_t index) { return Get()[index]; }
+
+ private:
+  static constexpr std::size_t kFew = 4;
+  VarRegister few_[kFew];
+  std::unique_ptr<VarRegister[]> many_;
+};
+
+/// What a value is, as an error says it: "a number", "an array".
+std::string DescribeKind(const Variable& value);
+/// The same, with the number itself for numbers.
+std::string DescribeValue(const Variable& value);
+
+/// "argument 2 must be a number, got a text" with the words put in.
+std::string ArgumentProblem(std::size_t index, const std::string& wanted, const std::string& got);
+/// "expected 2 arguments, got 1".
+std::string CountProblem(std::size_t expected, std::size_t got);
+
+/// What a parameter wants, as an error says it.
+std::string DescribeParameter(const Parameter& parameter);
+
+/// Sets a register to an argument as the parameter wants it. The register refers to the value,
+/// except for numbers, which are converted. Returns what is wrong with it; empty: nothing.
+std::string SetArgument(VarRegister& target, const Parameter& parameter, Variable& value,
+                        std::size_t index);
+
+}  // namespace tarn
+
+#endif

@@ -1,0 +1,118 @@
+#include "host/module_loader.h"
+
+#include <dlfcn.h>
+#include <link.h>
+
+#include <array>
+#include <cstring>
+#include <memory>
+#include <regex>
+
+#include "host/host_state.h"
+
+namespace tarn {
+namespace {
+
+struct LibraryCloser {
+  void operator()(void* library) const { dlclose(library); }
+};
+using Library = std::unique_ptr<void, LibraryCloser>;
+
+Library OpenLibrary(const std::string& path) {
+  Library library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
+  if (!library) {
+    const char* reason = dlerror();
+    throw ModuleError(reason == nullptr ? path + ": cannot be opened" : reason);
+  }
+  return library;
+}
+
+/// Whether the symbol belongs to the library itself: the loader also looks into the libraries that
+/// it depends on, which may be modules of their own.
+bool IsOwnSymbol(void* library, const Dl_info& symbol) {
+  link_map* map = nullptr;
+  if (dlinfo(library, RTLD_DI_LINKMAP, &map) != 0 || map == nullptr) return false;
+  return std::strcmp(map->l_name, symbol.dli_fname) == 0;
+}
+
+struct EntryTable {
+  const TarnEntry* entries;
+  void* baseAddress;
+};
+
+EntryTable FindEntries(void* library, const std::string& path) {
+  void* symbol = dlsym(library, "tarn_ordinals");
+  Dl_info place = {};
+  if (symbol == nullptr || dladdr(symbol, &place) == 0 || !IsOwnSymbol(library, place)) {
+    throw ModuleError(path + ": is no module, it has no entry table tarn_ordinals");
+  }
+  return {static_cast<const TarnEntry*>(symbol), place.dli_fbase};
+}
+
+template <class Entry>
+Entry EntryAt(const EntryTable& table, TarnOrdinal ordinal, const std::string& path) {
+  const TarnEntry entry = table.entries[ordinal];
+  if (entry == nullptr) {
+    throw ModuleError(path + ": entry number " + std::to_string(ordinal) + " is missing");
+  }
+  return reinterpret_cast<Entry>(entry);
+}
+
+std::string DescriptionOf(TarnDescribeModule describe, const std::string& path) {
+  std::array<char, 256> text = {};
+  describe(text.data(), static_cast<std::int32_t>(text.size() - 1));
+  static const std::regex form(R"([^|]*[^| ][^|]* \|TARN version:\d+\.\d\d\.\d\d)");
+  if (!std::regex_match(text.data(), form)) {
+    throw ModuleError(path + ": does not describe itself as a module, but as \"" + text.data() +
+                      "\"");
+  }
+  return text.data();
+}
+
+std::vector<std::pair<Signature, ScriptHandler>> FunctionsOf(TarnGetScriptFunctions get,
+                                                             const std::string& path) {
+  std::vector<std::pair<Signature, ScriptHandler>> functions;
+  const ScriptFunction* row = get();
+  if (row == nullptr) throw ModuleError(path + ": has no table of script functions");
+  for (; row->handler != nullptr; ++row) {
+    const char* text = row->signature == nullptr ? "" : row->signature;
+    std::optional<Signature> signature = ParseSignature(text);
+    if (!signature) {
+      throw ModuleError(path + ": row " + std::to_string(functions.size() + 1) +
+                        " of its function table has the signature \"" + text +
+                        "\", which cannot be parsed");
+    }
+    functions.emplace_back(*std::move(signature), row->handler);
+  }
+  return functions;
+}
+
+}  // namespace
+
+OpenedModule OpenModule(const std::string& path) {
+  Library library = OpenLibrary(path);
+  const EntryTable table = FindEntries(library.get(), path);
+  EntryAt<TarnGetAuxTable>(table, TARN_ORDINAL_GET_AUX_TABLE, path);
+  OpenedModule opened;
+  opened.initialise = EntryAt<TarnInitModule>(table, TARN_ORDINAL_INIT_MODULE, path);
+  opened.module.description =
+      DescriptionOf(EntryAt<TarnDescribeModule>(table, TARN_ORDINAL_DESCRIBE_MODULE, path), path);
+  opened.functions = FunctionsOf(
+      EntryAt<TarnGetScriptFunctions>(table, TARN_ORDINAL_GET_SCRIPT_FUNCTIONS, path), path);
+  opened.module.baseAddress = table.baseAddress;
+  opened.module.errorOffset = 65535;
+  opened.module.library = library.release();
+  return opened;
+}
+
+}  // namespace tarn
+
+std::uint16_t GetErrorOffset(void* moduleHandle) {
+  constexpr std::uint16_t kNone = 65535;
+  const tarn::HostState* host = tarn::CurrentHost();
+  if (host == nullptr) return kNone;
+  for (const tarn::LoadedModule& module : host->modules) {
+    if (module.baseAddress == moduleHandle) return module.errorOffset;
+  }
+  return kNone;
+}

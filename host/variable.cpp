@@ -1,0 +1,237 @@
+/// @file
+/// Life, assignment and structure of script values.
+
+#include <array>
+#include <cstring>
+#include <utility>
+
+#include "frame/host.h"
+#include "host/names.h"
+#include "host/object.h"
+#include "host/script_class.h"
+#include "host/variable_access.h"
+
+using Access = VariableAccess;
+
+namespace tarn {
+namespace {
+
+/// What an index out of range or a member of a non-object answers with: an empty element that
+/// nothing reads. There are several, so that a caller who holds one of them keeps it for a while.
+Variable& ScratchElement() {
+  thread_local std::array<Variable, 8> elements;
+  thread_local std::size_t next = 0;
+  next = (next + 1) % elements.size();
+  elements[next].Clear();
+  return elements[next];
+}
+
+/// The value to store a number in, its old content freed.
+Variable& MakePlain(Variable& value) {
+  if (Access::IsPlain(value)) return value;
+  Variable& target = Access::Resolve(value);
+  Access::Release(target);
+  return target;
+}
+
+void StoreInteger(Variable& value, std::int64_t number) {
+  Access::Payload payload;
+  payload.integer = number;
+  Access::Overwrite(MakePlain(value), kInteger, payload);
+}
+
+void StoreReal(Variable& value, double number) {
+  Access::Payload payload;
+  payload.real = number;
+  Access::Overwrite(MakePlain(value), kReal, payload);
+}
+
+}  // namespace
+}  // namespace tarn
+
+Variable::Variable() : typeWord_(tarn::kEmpty), reserved_(0), payload_{} {}
+
+Variable::Variable(const Variable& other) : Variable() {
+  if (Access::IsPlain(other)) {
+    Access::Overwrite(*this, other);
+  } else {
+    Access::DeepCopy(*this, Access::Resolve(other));
+  }
+}
+
+Variable::Variable(std::int32_t value) : Variable(std::int64_t{value}) {}
+
+Variable::Variable(std::int64_t value) : Variable() { tarn::StoreInteger(*this, value); }
+
+Variable::Variable(PVARTYPE type, std::int64_t count) : Variable() { Init(type, count); }
+
+Variable::~Variable() { Access::Release(*this); }
+
+void Variable::Init(PVARTYPE type, std::int64_t count) {
+  Variable& target = Access::Resolve(*this);
+  Access::Release(target);
+  switch (static_cast<std::uint32_t>(type)) {
+    case tarn::kArray:
+      Access::OverwriteBlock(target, type, tarn::AllocateElements(count));
+      return;
+    case tarn::kBytes:
+      Access::OverwriteBlock(target, type, count < 1 ? nullptr : tarn::AllocateCharacters(count));
+      return;
+    case tarn::kInteger:
+    case tarn::kReal:
+    case tarn::kPointer:
+      Access::Overwrite(target, type, Payload{});
+      return;
+    default:
+      return;
+  }
+}
+
+void Variable::Clear() { Access::Release(*this); }
+
+Variable& Variable::operator=(const Variable& other) {
+  if (Access::IsPlain(other) && Access::IsPlain(*this)) {
+    Access::Overwrite(*this, other);
+    return *this;
+  }
+  Variable& target = Access::Resolve(*this);
+  const Variable& source = Access::Resolve(other);
+  if (&target == &source) return *this;
+  // The source may be an element of the target or the other way round: copy first, free later.
+  Variable copy;
+  Access::DeepCopy(copy, source);
+  Access::Move(target, copy);
+  return *this;
+}
+
+Variable& Variable::operator=(std::int32_t value) {
+  tarn::StoreInteger(*this, value);
+  return *this;
+}
+
+Variable& Variable::operator=(std::int64_t value) {
+  tarn::StoreInteger(*this, value);
+  return *this;
+}
+
+Variable& Variable::operator=(float value) {
+  tarn::StoreReal(*this, static_cast<double>(value));
+  return *this;
+}
+
+Variable& Variable::operator=(double value) {
+  tarn::StoreReal(*this, value);
+  return *this;
+}
+
+Variable& Variable::operator=(Variable* target) {
+  Variable* end = target == nullptr ? nullptr : &Access::Resolve(*target);
+  Access::Release(*this);
+  if (end == nullptr || end == this) return *this;
+  Payload payload;
+  payload.target = end;
+  Access::Overwrite(*this, tarn::kReference, payload);
+  return *this;
+}
+
+Variable& Variable::operator[](std::int64_t index) {
+  Variable* elements = GetArray();
+  if (elements == nullptr || index < 0 || index >= tarn::HeaderOf(elements)->count) {
+    return tarn::ScratchElement();
+  }
+  return elements[index];
+}
+
+Variable& Variable::operator()(const char* name) {
+  Object* object = GetObject();
+  if (object == nullptr || name == nullptr) return tarn::ScratchElement();
+  const std::uint16_t nameId = Token::GetNameID(name);
+  Variable* member = nameId == tarn::kNoName ? nullptr : object->FindOrCreateMember(nameId);
+  return member == nullptr ? tarn::ScratchElement() : *member;
+}
+
+Variable::operator char*() const {
+  const Variable& value = Access::Resolve(*this);
+  const bool hasCharacters = value.typeWord_ == tarn::kText || value.typeWord_ == tarn::kBytes;
+  return hasCharacters ? static_cast<char*>(value.payload_.block) : nullptr;
+}
+
+std::int64_t Variable::GetDim() const {
+  const Variable& value = Access::Resolve(*this);
+  if (value.typeWord_ == tarn::kBytes) {
+    const auto* bytes = static_cast<const char*>(value.payload_.block);
+    return bytes == nullptr ? 0 : tarn::CharacterCount(bytes);
+  }
+  const Variable* elements = value.GetArray();
+  return elements == nullptr ? 0 : tarn::HeaderOf(elements)->count;
+}
+
+Variable* Variable::GetArray() const {
+  if (typeWord_ == tarn::kArray) return static_cast<Variable*>(payload_.block);
+  const Variable& value = Access::Resolve(*this);
+  if (value.IsObject()) return tarn::ArrayElements(Access::ObjectOf(value)->Elements());
+  return value.typeWord_ == tarn::kArray ? static_cast<Variable*>(value.payload_.block) : nullptr;
+}
+
+int Variable::IsInheritFrom(std::uint16_t classId) const {
+  const Variable& value = Access::Resolve(*this);
+  if (value.typeWord_ == tarn::kArray) return classId == VARCLASS_ARRAY ? 1 : 0;
+  const VarClass* scriptClass = value.GetClass();
+  return scriptClass == nullptr ? 0 : scriptClass->IsInheritFrom(classId);
+}
+
+const VarClass* Variable::GetClass() const {
+  const Object* object = GetObject();
+  return object == nullptr ? nullptr : &object->Class();
+}
+
+Object* Variable::GetObject() const {
+  const Variable& value = Access::Resolve(*this);
+  return value.IsObject() ? Access::ObjectOf(value) : nullptr;
+}
+
+void Variable::SetCppPointer(void* pointer) {
+  Access::OverwriteBlock(tarn::MakePlain(*this), tarn::kPointer, pointer);
+}
+
+void* Variable::GetCppPointer() const {
+  const Variable& value = Access::Resolve(*this);
+  return value.typeWord_ == tarn::kPointer ? value.payload_.block : nullptr;
+}
+
+void VariableAccess::SetText(Variable& value, std::string_view text) {
+  char* characters = tarn::AllocateCharacters(static_cast<std::int64_t>(text.size()));
+  if (characters != nullptr) std::memcpy(characters, text.data(), text.size());
+  Variable& target = tarn::MakePlain(value);
+  if (characters == nullptr) {
+    OverwriteEmpty(target);
+  } else {
+    OverwriteBlock(target, tarn::kText, characters);
+  }
+}
+
+void VariableAccess::SetComplex(Variable& value, tarn::ComplexNumber number) {
+  auto* block = static_cast<tarn::ComplexNumber*>(HMALLOC(sizeof(number)));
+  if (block != nullptr) *block = number;
+  Variable& target = tarn::MakePlain(value);
+  if (block == nullptr) {
+    OverwriteEmpty(target);
+  } else {
+    OverwriteBlock(target, tarn::kComplex, block);
+  }
+}
+
+std::string_view VariableAccess::Text(const Variable& value) {
+  const Variable& resolved = Resolve(value);
+  const char* characters = resolved;
+  if (characters == nullptr) return {};
+  return {characters, static_cast<std::size_t>(tarn::CharacterCount(characters))};
+}
+
+tarn::ComplexNumber VariableAccess::Complex(const Variable& value) {
+  return *static_cast<const tarn::ComplexNumber*>(Resolve(value).payload_.block);
+}
+
+Object* VariableAccess::ObjectOf(const Variable& value) {
+  return static_cast<Object*>(value.payload_.block);
+}
