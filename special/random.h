@@ -25,6 +25,8 @@
 ///     small mean as the number of uniforms whose product stays above exp(-mean).
 ///  3. J. H. Ahrens and U. Dieter, Computing 12 (1974) 223, and L. Devroye, Non-Uniform Random
 ///     Variate Generation, Springer 1986, chapter X: rejection from a Lorentzian.
+///  4. A. D. Barbour and G. K. Eagleson, Advances in Applied Probability 15 (1983) 585: how far a
+///     binomial law is from the Poisson law of its mean.
 
 #include "frame/export.h"
 
@@ -58,8 +60,9 @@ TARN_API double RandPoisson(double mean);
 ///
 /// Works with pp = p for p <= 1/2, else with pp = 1 - p and the failures. Up to n = 24 it makes the
 /// trials, one uniform each; a success is a uniform below pp. From 25 on, with n pp < 1, it counts
-/// the uniforms whose product stays at or above exp(-n pp), at most n; with n pp >= 1 it rejects
-/// from a Lorentzian of scale sqrt(2 n pp (1 - pp)) about n pp [3], as `RandPoisson` does.
+/// the uniforms whose product stays at or above exp(-n pp), at most n: a Poisson deviate, whose law
+/// is within pp (1 - exp(-n pp)) of the binomial one in total variation [4]. With n pp >= 1 it
+/// rejects from a Lorentzian of scale sqrt(2 n pp (1 - pp)) about n pp [3], as `RandPoisson` does.
 ///
 /// @param p  NaN gives NaN without drawing. A probability below 0 counts as 0, one above 1 as 1.
 /// @param n  number of trials; with n < 1 no trial succeeds: the result is 0, or n for p > 1/2
