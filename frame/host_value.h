@@ -19,10 +19,10 @@ struct VariableAccess;  ///< The host's own door to the representation of a `Var
 /// The host's enumeration of value types. Only the codes listed here have a meaning that the module
 /// relies on; a host gives all others its own meanings.
 enum PVARTYPE : std::uint32_t {
-  VARTYPE_EMPTY = 0,          ///< no value
-  VARTYPE_CPP_POINTER = 2,    ///< a native pointer, as stored by `Variable::SetCppPointer`
-  VARTYPE_BYTES = 512,        ///< a byte block; the element count is its size in bytes
-  VARTYPE_ARRAY = 1024,       ///< a plain array
+  VARTYPE_EMPTY = 0,            ///< no value
+  VARTYPE_CPP_POINTER = 2,      ///< a native pointer, as stored by `Variable::SetCppPointer`
+  VARTYPE_BYTES = 512,          ///< a byte block; the element count is its size in bytes
+  VARTYPE_ARRAY = 1024,         ///< a plain array
   VARTYPE_OBJECT_BITS = 0x8800  ///< any of these bits: an object value, which has a `VarClass`
 };
 
