@@ -3,6 +3,7 @@
 
 #include "frame/module_entry.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -125,8 +126,16 @@ TEST(RaiseModuleError, DoesNothingWithoutABlockOfNumbers) {
 TEST(RaiseModuleError, CountsFromTheModulesBlock) {
   EmbeddedHost host;
   host.SetModuleErrorOffset(2000);
+  ASSERT_TRUE(host.Load(TARN_MODULE_PATH));
+  void* library = dlopen(TARN_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD);
+  ASSERT_NE(library, nullptr);
+  Dl_info info = {};
+  ASSERT_NE(dladdr(dlsym(library, "tarn_ordinals"), &info), 0);
+  // The module in this program takes the place of the one just loaded.
+  tarn::AttachModule(info.dli_fbase);
   tarn::RaiseModuleError(5);
   EXPECT_EQ(host.TakeError().number, 2005);
+  dlclose(library);
 }
 
 }  // namespace
