@@ -35,8 +35,9 @@ TARN_API double BesselI1(double x);
 /// I_n(x).
 /// Integral n: Miller's downward recurrence from order 2 (n + floor(sqrt(40 n))), normalised by
 /// `BesselI0`; every n < 2 other than 1, also the negative ones, gives I_0. I_n(0) = 0 for n >= 2;
-/// odd n are odd in x.
-/// Real n: x > 0 and n >= 0.
+/// odd n are odd in x. The recurrence starts too low for x above about n^2/2: the result is then
+/// too small. The order n + 1e-12 takes the route of real orders, which has no such limit. Real n:
+/// x > 0 and n >= 0.
 TARN_API double BesselIn(double x, double n);
 
 /// ln I_n(x), also where I_n would under- or overflow.

@@ -33,9 +33,9 @@
 ///     + 5.5
 ///
 /// The sum runs in order of j. Relative error of Gamma below 2e-10 for x > 0.
-/// x = 0 gives infinity, and so does x too small for 1/x; x < 0 gives what the formula gives, NaN
-/// or a number that is ln |Gamma(x)| only by luck; overflow gives infinity, x infinite or NaN gives
-/// NaN. Raises nothing.
+/// 0 <= x < 5.8e-307 gives infinity, a quotient overflows there; x < 0 gives what the formula
+/// gives, NaN or a number that is ln |Gamma(x)| only by luck; overflow gives infinity, x infinite
+/// or NaN gives NaN. Raises nothing.
 TARN_API double LnGamma(double x);
 
 /// P(a, x). Increasing in x from P(a, 0) = 0 to 1.
@@ -60,7 +60,7 @@ TARN_API double LnGamma_P(double a, double x);
 /// y < -0.01, else ln(1 - `LogComplementSeries`(y)).
 ///
 /// That second form, used where P is above 0.99, is close to 0 and not ln Q. P is above 0.99 at
-/// x < a + 1 only for a below about 0.05: there take ln of `Gamma_Q` instead. x = 0 gives 0.
+/// x < a + 1 only for a below 0.047: there take ln of `Gamma_Q` instead. x = 0 gives 0.
 TARN_API double LnGamma_Q(double a, double x);
 
 namespace tarn {
