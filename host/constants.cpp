@@ -53,6 +53,7 @@ void Token::SetConstant(std::uint16_t nameId, const Variable& value) {
     TarnError(tarn::kErrorMemory);
     return;
   }
+  if (host != nullptr) host->PublishConstant(nameId);
 }
 
 const Tree* Processor::GetConstant(const char* name) {

@@ -1,44 +1,31 @@
-#include "host/embedded_host.h"
+/// @file
+/// The embedded host as programs use it; the part that runs scripts is embedded_host_scripts.cpp.
 
 #include <utility>
 
-#include "frame/error_numbers.h"
 #include "host/constants.h"
-#include "host/error_table.h"
+#include "host/embedded_host_implementation.h"
 #include "host/function_call.h"
 #include "host/heap.h"
-#include "host/host_state.h"
+#include "host/interpreter.h"
+#include "host/module_registry.h"
 #include "host/names.h"
 #include "host/variable_access.h"
 
-struct EmbeddedHost::Implementation : tarn::HostState {};
+EmbeddedHost::EmbeddedHost() : implementation_(std::make_unique<Implementation>()) {
+  tarn::OpenInterpreter(*implementation_);
+}
 
-EmbeddedHost::EmbeddedHost() : implementation_(std::make_unique<Implementation>()) {}
-
-EmbeddedHost::~EmbeddedHost() = default;
+EmbeddedHost::~EmbeddedHost() { tarn::CloseInterpreter(*implementation_); }
 
 Processor& EmbeddedHost::GetProcessor() { return implementation_->processor; }
 
 // Modules -----------------------------------------------------------------------------------------
 
-bool EmbeddedHost::Load(const std::string& path) try {
-  tarn::HostState& host = *implementation_;
-  tarn::OpenedModule opened = tarn::OpenModule(path);
-  opened.module.errorOffset = host.moduleErrorOffset;
-  for (tarn::LoadedModule& known : host.modules) {
-    if (known.library != opened.module.library) continue;
-    known.errorOffset = opened.module.errorOffset;
-    return true;
-  }
-  host.modules.push_back(opened.module);
-  opened.initialise(&host.processor);
-  for (auto& [signature, handler] : opened.functions) {
-    host.functions.Add(std::move(signature), handler);
-  }
-  return true;
-} catch (const tarn::ModuleError& error) {
-  implementation_->Raise(tarn::kErrorModule, error.what());
-  return false;
+bool EmbeddedHost::Load(const std::string& path) {
+  std::optional<HostError> error = tarn::LoadModule(*implementation_, path);
+  if (error) implementation_->MakePending(*std::move(error));
+  return !error;
 }
 
 std::vector<std::string> EmbeddedHost::ModuleDescriptions() const {
@@ -66,30 +53,12 @@ void EmbeddedHost::SetModuleErrorOffset(std::uint16_t offset) {
 bool EmbeddedHost::Call(const std::string& function, std::span<Variable> arguments,
                         Variable* result) {
   tarn::HostState& host = *implementation_;
-  const tarn::RegisteredFunction* registered = host.functions.Find(function);
-  if (registered == nullptr) {
-    host.Raise(tarn::kErrorArgument, ("there is no function " + function).c_str());
-    return false;
-  }
-  const auto refuse = [&](const std::string& problem) {
-    HostError error{tarn::kErrorArgument, tarn::ErrorText(tarn::kErrorArgument), problem, function,
-                    ""};
-    host.Raise(std::move(error));
-    return false;
-  };
-  const std::vector<tarn::Parameter>& parameters = registered->signature.parameters;
-  if (parameters.size() != arguments.size()) {
-    return refuse(tarn::CountProblem(parameters.size(), arguments.size()));
-  }
-  tarn::ArgumentRegisters registers(arguments.size());
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string problem = tarn::SetArgument(registers[i], parameters[i], arguments[i], i + 1);
-    if (!problem.empty()) return refuse(problem);
-  }
-  VarRegister resultRegister;
-  const bool succeeded = RunHandler(host, *registered, resultRegister, registers.Get());
-  if (result != nullptr) VariableAccess::Move(*result, resultRegister.GetVar());
-  return succeeded;
+  const tarn::ProgramCall call(host);
+  Variable value;
+  std::optional<HostError> error = tarn::CallFunction(host, function, arguments, value);
+  if (result != nullptr) VariableAccess::Move(VariableAccess::Resolve(*result), value);
+  if (error) host.MakePending(*std::move(error));
+  return !error;
 }
 
 EmbeddedHost::Handler EmbeddedHost::FindHandler(const std::string& function) const {
@@ -113,6 +82,7 @@ std::int64_t EmbeddedHost::RaisedErrorCount() const { return implementation_->ra
 void EmbeddedHost::ForgetConstant(const std::string& name) {
   const std::uint16_t nameId = tarn::FindNameId(name);
   tarn::RemoveConstant(nameId);
+  implementation_->PublishConstant(nameId);
 }
 
 void EmbeddedHost::RefuseConstants(bool refuse) { implementation_->refuseConstants = refuse; }
@@ -134,6 +104,15 @@ void EmbeddedHost::SetOutput(std::function<void(std::string_view)> sink) {
 }
 
 void EmbeddedHost::HideOwner(bool hide) { implementation_->ownerHidden = hide; }
+
+void EmbeddedHost::SetProgressWatcher(
+    std::function<void(std::int32_t progress, std::string_view caption)> watcher) {
+  implementation_->progressWatcher = std::move(watcher);
+}
+
+void EmbeddedHost::SetIdleWork(std::function<void()> work) {
+  implementation_->idleWork = std::move(work);
+}
 
 void EmbeddedHost::RequestStop() { implementation_->SetStopRequested(true); }
 

@@ -117,6 +117,12 @@ class TARN_HOST_API EmbeddedHost {
 
   /// Receives all text output instead of standard output; an empty function restores that.
   void SetOutput(std::function<void(std::string_view)> sink);
+  /// Watches progress windows: called with progress and caption whenever one of them is set.
+  void SetProgressWatcher(
+      std::function<void(std::int32_t progress, std::string_view caption)> watcher);
+  /// Work that the program wants done during long computations, when a module calls
+  /// `Engine::FlushIdle`.
+  void SetIdleWork(std::function<void()> work);
   /// Makes `GetOwner()` answer null until called with false.
   void HideOwner(bool hide);
   /// Asks the running script to stop: the flag `stopRequested` of the processor is set, and the

@@ -7,62 +7,69 @@
 #include "frame/error_numbers.h"
 #include "host/error_table.h"
 #include "host/host_state.h"
+#include "host/script_position.h"
 
 namespace tarn {
 
-void HostState::Raise(HostError error) {
+void HostState::MakePending(HostError error) {
   lastError = std::move(error);
   processor.pendingError = 1;
-  ++raisedErrors;
 }
 
-void HostState::Raise(int number, const char* message) try {
+HostError HostState::NewError(int number, const char* message) {
+  ++raisedErrors;
   HostError error;
+  // Number and pending flag are what a module relies on; they need no memory, the texts do.
   error.number = number;
-  error.name = ErrorText(number);
-  error.message = message == nullptr ? error.name : message;
-  if (runningFunction != nullptr) error.function = runningFunction->signature.name;
-  Raise(std::move(error));
-} catch (const std::bad_alloc&) {
-  // Number and pending flag are what the module relies on; they need no memory.
-  HostError bare;
-  bare.number = number;
-  Raise(std::move(bare));
+  try {
+    error.name = ErrorText(number);
+    error.message = message == nullptr ? error.name : message;
+    if (runningFunction != nullptr) error.function = runningFunction;
+    if (running != nullptr) error.where = ScriptPosition(running);
+  } catch (const std::bad_alloc&) {
+  }
+  return error;
+}
+
+void HostState::Raise(int number, const char* message) { MakePending(NewError(number, message)); }
+
+PendingErrorAside::PendingErrorAside(HostState& host)
+    : host_(host), pending_(std::exchange(host.processor.pendingError, 0)) {
+  if (pending_ != 0) error_ = host.lastError;
+}
+
+PendingErrorAside::~PendingErrorAside() {
+  host_.processor.pendingError = pending_;
+  if (pending_ != 0) host_.lastError = std::move(error_);
+}
+
+std::optional<HostError> PendingErrorAside::Raised() const {
+  if (host_.processor.pendingError == 0) return std::nullopt;
+  return host_.lastError;
 }
 
 namespace {
 
-/// What is pending before a handler runs is put aside, so that the handler's own errors can be told
-/// from it.
-class PendingErrorAside {
- public:
-  explicit PendingErrorAside(HostState& host)
-      : host_(host), pending_(std::exchange(host.processor.pendingError, 0)) {
-    if (pending_ != 0) error_ = host.lastError;
+/// Handlers let no exception out, but one of somebody else's module might.
+void RunCatching(HostState& host, ScriptHandler handler, VarRegister& result,
+                 VarRegister* arguments) {
+  try {
+    handler(result, arguments);
+  } catch (const std::bad_alloc&) {
+    host.Raise(kErrorMemory, nullptr);
+  } catch (const std::exception& thrown) {
+    host.Raise(kErrorModule, thrown.what());
   }
-  void Restore() {
-    if (pending_ == 0) return;
-    host_.processor.pendingError = pending_;
-    host_.lastError = std::move(error_);
-  }
-
- private:
-  HostState& host_;
-  std::int32_t pending_;
-  HostError error_;
-};
+}
 
 }  // namespace
 
-bool RunHandler(HostState& host, const RegisteredFunction& function, VarRegister& result,
-                VarRegister* arguments) {
-  PendingErrorAside aside(host);
-  const RegisteredFunction* const caller = std::exchange(host.runningFunction, &function);
-  function.handler(result, arguments);
-  host.runningFunction = caller;
-  if (host.processor.pendingError != 0) return false;
-  aside.Restore();
-  return true;
+std::optional<HostError> RunHandler(HostState& host, const RegisteredFunction& function,
+                                    VarRegister& result, VarRegister* arguments) {
+  const PendingErrorAside aside(host);
+  const RunningFunction scope(host, function.signature.name.c_str());
+  RunCatching(host, function.handler, result, arguments);
+  return aside.Raised();
 }
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <limits>
 
+#include "frame/error_numbers.h"
 #include "host/script_class.h"
 
 namespace tarn {
@@ -12,11 +13,6 @@ namespace {
 std::string DescribeObject(const Variable& value) {
   if (value.IsInheritFrom(VARCLASS_VECTOR) != 0) return "a vector value";
   return std::string("an object of class ") + value.GetObject()->Class().Name();
-}
-
-bool IsWholeInt32(double number) {
-  return number == std::trunc(number) && number >= std::numeric_limits<std::int32_t>::min() &&
-         number <= std::numeric_limits<std::int32_t>::max();
 }
 
 bool IsVectorLike(const Variable& value) {
@@ -55,6 +51,23 @@ std::string SetObject(VarRegister& target, const Parameter& parameter, Variable&
 
 }  // namespace
 
+bool IsOwnValue(VarRegister& value) {
+  const auto* begin = reinterpret_cast<const char*>(&value);
+  const auto* held = reinterpret_cast<const char*>(&value.GetVar());
+  return held >= begin && held < begin + sizeof(value);
+}
+
+bool IsWholeInt32(double number) {
+  return number == std::trunc(number) && number >= std::numeric_limits<std::int32_t>::min() &&
+         number <= std::numeric_limits<std::int32_t>::max();
+}
+
+std::string DescribeNumber(double number) {
+  char text[32];
+  std::snprintf(text, sizeof(text), "%.15g", number);
+  return text;
+}
+
 std::string DescribeKind(const Variable& value) {
   const Variable& resolved = VariableAccess::Resolve(value);
   switch (VariableAccess::Type(resolved)) {
@@ -81,10 +94,7 @@ std::string DescribeKind(const Variable& value) {
 }
 
 std::string DescribeValue(const Variable& value) {
-  if (value.IsNumber() == 0) return DescribeKind(value);
-  char text[32];
-  std::snprintf(text, sizeof(text), "%.15g", value.GetDoubleNumb());
-  return text;
+  return value.IsNumber() != 0 ? DescribeNumber(value.GetDoubleNumb()) : DescribeKind(value);
 }
 
 std::string ArgumentProblem(std::size_t index, const std::string& wanted, const std::string& got) {
@@ -129,6 +139,46 @@ std::string SetArgument(VarRegister& target, const Parameter& parameter, Variabl
       return SetObject(target, parameter, value, index);
   }
   return ArgumentProblem(index, DescribeParameter(parameter), DescribeValue(value));
+}
+
+namespace {
+
+/// Sets all registers. Returns what is wrong with the arguments; empty: nothing.
+std::string SetArguments(const Signature& signature, std::span<Variable> arguments,
+                         VarRegister* registers) {
+  const std::vector<Parameter>& parameters = signature.parameters;
+  if (parameters.size() != arguments.size()) {
+    return CountProblem(parameters.size(), arguments.size());
+  }
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    std::string problem = SetArgument(registers[i], parameters[i], arguments[i], i + 1);
+    if (!problem.empty()) return problem;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::optional<HostError> CallFunction(HostState& host, const std::string& name,
+                                      std::span<Variable> arguments, Variable& result) {
+  const RegisteredFunction* function = host.functions.Find(name);
+  if (function == nullptr) {
+    return host.NewError(kErrorArgument, ("there is no function " + name).c_str());
+  }
+  ArgumentRegisters registers(function->signature.parameters.size());
+  const std::string problem = SetArguments(function->signature, arguments, registers.Get());
+  if (!problem.empty()) {
+    const RunningFunction scope(host, function->signature.name.c_str());
+    return host.NewError(kErrorArgument, problem.c_str());
+  }
+  VarRegister value;
+  std::optional<HostError> error = RunHandler(host, *function, value, registers.Get());
+  if (IsOwnValue(value)) {
+    VariableAccess::Move(result, value.GetVar());
+  } else {
+    result = value.GetVar();
+  }
+  return error;
 }
 
 }  // namespace tarn

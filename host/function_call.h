@@ -5,6 +5,8 @@
 /// Arguments of registered functions: registers for them, and the check against the signature.
 
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "host/function_table.h"
@@ -26,6 +28,14 @@ class ArgumentRegisters {
   std::unique_ptr<VarRegister[]> many_;
 };
 
+/// Whether a register holds its value itself; after `PointTo` it belongs to somebody else.
+bool IsOwnValue(VarRegister& value);
+
+/// Whether a number has an exact 32-bit integer of the same value.
+bool IsWholeInt32(double number);
+
+/// A number as an error quotes it.
+std::string DescribeNumber(double number);
 /// What a value is, as an error says it: "a number", "an array".
 std::string DescribeKind(const Variable& value);
 /// The same, with the number itself for numbers.
@@ -43,6 +53,11 @@ std::string DescribeParameter(const Parameter& parameter);
 /// except for numbers, which are converted. Returns what is wrong with it; empty: nothing.
 std::string SetArgument(VarRegister& target, const Parameter& parameter, Variable& value,
                         std::size_t index);
+
+/// Calls the registered function of that name as a script would. Returns the error that it ended
+/// with; `result` takes what the handler left in the result register.
+std::optional<HostError> CallFunction(HostState& host, const std::string& name,
+                                      std::span<Variable> arguments, Variable& result);
 
 }  // namespace tarn
 

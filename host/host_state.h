@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "frame/host.h"
@@ -47,11 +49,13 @@ struct HostState {
   /// The next uniform deviate in [0, 1), counted.
   double DrawUniform();
 
-  /// Records an error as the last one raised and makes it pending. A null `message` stands for the
-  /// text of the number.
+  /// Raises an error: counts it, records it as the last one and makes it pending. A null `message`
+  /// stands for the text of the number.
   void Raise(int number, const char* message);
-  /// Makes an error pending whose parts are known already.
-  void Raise(HostError error);
+  /// An error raised by whatever runs now, its parts filled in and counted, not yet pending.
+  HostError NewError(int number, const char* message);
+  /// Records an error that was raised already as the last one and makes it pending.
+  void MakePending(HostError error);
 
   /// Lets the interpreter forget a function that no value holds any more; done when it runs next.
   void NoteForgotten(int registryKey);
@@ -68,7 +72,7 @@ struct HostState {
 
   HostError lastError;
   std::int64_t raisedErrors = 0;
-  const RegisteredFunction* runningFunction = nullptr;
+  const char* runningFunction = nullptr;  ///< name of the native function that runs; null: none
 
   FunctionTable functions;
   std::vector<LoadedModule> modules;
@@ -87,17 +91,49 @@ struct HostState {
 
   lua_State* interpreter = nullptr;  ///< the main thread of the interpreter
   lua_State* running = nullptr;      ///< the thread of the script that called into C++; null: none
+  int runDepth = 0;                  ///< calls from the embedding program that are under way
   std::vector<int> forgottenKeys;
 };
 
 /// The host that exists now, hidden or not; null when there is none.
 HostState* CurrentHost();
 
-/// Runs the handler of a registered function. False when it raised an error that is still pending
-/// at its end; an error that was pending before does not count and is pending again afterwards
-/// where the handler raised none.
-bool RunHandler(HostState& host, const RegisteredFunction& function, VarRegister& result,
-                VarRegister* arguments);
+/// Says which native function runs, for the errors that it raises.
+class RunningFunction {
+ public:
+  RunningFunction(HostState& host, const char* name)
+      : host_(host), caller_(std::exchange(host.runningFunction, name)) {}
+  ~RunningFunction() { host_.runningFunction = caller_; }
+  RunningFunction(const RunningFunction&) = delete;
+  RunningFunction& operator=(const RunningFunction&) = delete;
+
+ private:
+  HostState& host_;
+  const char* caller_;
+};
+
+/// Puts what is pending aside while something else runs, so that its errors can be told apart, and
+/// makes it pending again at the end.
+class PendingErrorAside {
+ public:
+  explicit PendingErrorAside(HostState& host);
+  ~PendingErrorAside();
+  PendingErrorAside(const PendingErrorAside&) = delete;
+  PendingErrorAside& operator=(const PendingErrorAside&) = delete;
+
+  /// The error that was raised meanwhile and is still pending; nothing where there is none.
+  std::optional<HostError> Raised() const;
+
+ private:
+  HostState& host_;
+  std::int32_t pending_;
+  HostError error_;
+};
+
+/// Runs the handler of a registered function. Returns the error that is pending at its end; what
+/// was pending before is pending again afterwards.
+std::optional<HostError> RunHandler(HostState& host, const RegisteredFunction& function,
+                                    VarRegister& result, VarRegister* arguments);
 
 }  // namespace tarn
 

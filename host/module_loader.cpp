@@ -6,9 +6,8 @@
 #include <array>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <regex>
-
-#include "host/host_state.h"
 
 namespace tarn {
 namespace {
@@ -106,13 +105,3 @@ OpenedModule OpenModule(const std::string& path) {
 }
 
 }  // namespace tarn
-
-std::uint16_t GetErrorOffset(void* moduleHandle) {
-  constexpr std::uint16_t kNone = 65535;
-  const tarn::HostState* host = tarn::CurrentHost();
-  if (host == nullptr) return kNone;
-  for (const tarn::LoadedModule& module : host->modules) {
-    if (module.baseAddress == moduleHandle) return module.errorOffset;
-  }
-  return kNone;
-}

@@ -1,0 +1,24 @@
+#ifndef TARN_HOST_METHOD_CALL_H
+#define TARN_HOST_METHOD_CALL_H
+
+/// @file
+/// Calls of script functions and of methods.
+
+#include "host/host_state.h"
+
+namespace tarn {
+
+/// Calls a script function. Registers marked as passing by reference take the function's second
+/// and further values, in order, where it returns any. False with a pending error.
+bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* arguments,
+                        int count, const Variable* self, Variable& result);
+
+/// Calls a method of an object: a member that holds a script function, which gets the object as its
+/// first argument, or else the class's own method of that name. `convert`: the argument is
+/// converted to the declared type of the class's method. False with a pending error.
+bool CallMethod(HostState& host, Variable& object, const char* name, VarRegister* arguments,
+                int count, Variable& result, bool convert);
+
+}  // namespace tarn
+
+#endif
