@@ -175,32 +175,91 @@ class TARN_API T_Matrix {
   void NormalizeByRow();
 
   // Linear systems, determinants and inverses ---------------------------------------------------
+  // Direct methods for square matrices, on a private copy: the matrix itself is never changed. A
+  // pivot counts as singular only when it is exactly 0. NaN and infinite elements run through the
+  // arithmetic. Every element sees the operations of the textbook loops in their order, so results
+  // are the same bits for every kernel choice. Storage that is refused raises host error 1, in
+  // members that do not say otherwise too, and gives 0, null or an untouched result.
 
+  /// Solves this*solution = b by Gaussian elimination with partial pivoting (solve_elimination.h).
+  /// `b` and `solution` hold X() elements and may be the same array. The work copy of b is on the
+  /// stack below order 100, in the host heap otherwise. Returns 1, or 0 with zeros in `solution`
+  /// after a failure, which unless `quiet` raises host error 3 (not square, `solution` untouched),
+  /// 1 (memory) or 10 (singular). Order 0 is solved.
   int SolveSystem(const Element* b, Element* solution, int quiet) const;
+  /// `SolveSystem(b, solution, 0)`.
   int SolveSystem(const Element* b, Element* solution) const;
+  /// The solution in a new array, which the caller frees with array delete; null after a failure,
+  /// raised as above.
   Element* SolveSystem(const Element* b) const;
+  /// Determinant: closed formulas up to order 3, from 4 on the product of the pivots of Gaussian
+  /// elimination, 0 at a zero pivot. Order 0 gives 1. Not square: host error 3 and 0.
   Element Det() const;
+  /// ln |Det()| without overflow: the matrix is divided by the mean absolute value of its elements
+  /// and eliminated, the logarithms of its pivots are summed. Order 2 takes the logarithm of the
+  /// closed formula, minus infinity for a singular matrix; at all other orders a singular matrix
+  /// gives 0, and so does order 0. Not square: host error 3 and 0.
   Element LogAbsDet() const;
+  /// The sum of the logarithms of the singular values, from the smallest to the largest: ln |Det()|
+  /// of a square matrix. NaN (with its sign bit set) when a singular value is not positive, so for
+  /// every matrix with more columns than rows.
   Element LnDet() const;
+  /// Writes the inverse into `r`, which has this shape and may be this matrix. Closed formulas up
+  /// to order 3, without a test: a singular matrix gives infinities and NaN. From order 4 on
+  /// elimination without row exchanges (inverse_elimination.h), made for Hessians and covariances,
+  /// whose leading pivots do not vanish: a zero pivot before the last raises host error 10, also
+  /// when the matrix has an inverse. Not square or `r` of another shape: host error 3. `r` is
+  /// untouched after an error.
   void Inverse(T_Matrix& r) const;
+  /// The inverse in a new matrix; zeros after host error 10, null after 1 and 3.
   T_Matrix* Inverse() const;
+  /// New lower triangular Cholesky factor L, this = L*transpose(L), zeros above the diagonal. Only
+  /// the upper triangle is read; symmetry is not tested. Null after a failure, raised as host error
+  /// 3 with "Matrix is not symmetric" (not square) or "Matrix, with rounding errors, is is not
+  /// positive defined" (a diagonal term is not positive; a NaN passes), or as 1.
   T_Matrix* CholeskyDecompse() const;
 
   // Singular value decomposition ----------------------------------------------------------------
+  // this = U*diag(w)*transpose(V) for Y() rows and X() columns of any ratio, by the Golub-Reinsch
+  // method (svd_reflection.h, svd_iteration.h). Refused storage raises host error 1 and gives 0 or
+  // null.
 
+  /// Decomposes in place: this matrix becomes U (its shape stays), `w` the X() singular values in
+  /// descending order, none negative, `v` the X() x X() matrix V. The columns of U and V belong to
+  /// the values; each pair has the sign that makes the sum of the column of V times the mean of the
+  /// matrix not negative. With more columns than rows the values beyond Y() are 0. A value takes at
+  /// most 30 sweeps and one that has not converged is not reported, so NaN and infinity end as
+  /// well. Returns 1, with empty factors when there are no elements; 0 after an error. `v` is
+  /// another matrix than this one (host error 3).
   int SVD(T_MatVectorCol<Element>& w, T_Matrix& v);
+  /// The same; a null `w` or `v` is replaced by a new one, which the caller deletes, also after an
+  /// error.
   int SVD(T_MatVectorCol<Element>*& w, T_Matrix*& v);
+  /// New Moore-Penrose inverse V*diag(1/w)*transpose(U), X() x Y(). Singular values not above
+  /// `GetMinTypeValue()` times their sum count as zeros, whose inverse is taken as 0.
   T_Matrix* PseudoInverse() const;
+  /// The least-squares solution of least norm of this*solution = b, for Y() elements b and X()
+  /// elements `solution`, which may be the same array. Singular values not above
+  /// `GetMinTypeValue()` times the largest count as zeros. Returns 1; 0 after an error.
   int SolveSystemBySVD(const Element* b, Element* solution) const;
+  /// The solution in a new array, which the caller frees with array delete; null after host error 3
+  /// (not square) or 1.
   Element* SolveSystemBySVD(const Element* b) const;
+  /// `SolveSystemBySVD_Reg_ex` on a copy.
   int SolveSystemBySVD_Reg(const Element* b, Element* solution, Element lambda) const;
+  /// Decomposes in place as `SVD(w, v)` does and solves with a regularisation that depends on the
+  /// condition. Smallest over largest singular value not below lambda: the solution
+  /// V*diag(1/w)*transpose(U)*b without a cut-off (a zero gives infinity or NaN), and this matrix
+  /// is left transposed. Below, also when the ratio or lambda is NaN: V times the filter
+  /// coefficients w/(w^2 + (w[0]*lambda)^2), which does not depend on b. Returns 1; 0 after an
+  /// error.
   int SolveSystemBySVD_Reg_ex(T_Matrix*& v, T_MatVectorCol<Element>*& w, const Element* b,
                               Element* solution, Element lambda);
 
  protected:
   /// Smallest magnitude that the decompositions take for non-zero: 1e-80, for `float` 1e-15.
   static Element GetMinTypeValue();
-  /// sqrt(a^2 + b^2) without overflow.
+  /// sqrt(a^2 + b^2) without overflow; 0 when b is 0 and a is NaN.
   static Element Pythag(Element a, Element b);
   /// Exchanges the X() elements of two rows.
   void SwapLines(Element* a, Element* b);
