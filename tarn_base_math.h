@@ -11,6 +11,8 @@
 #include "linalg/matrix.h"
 #include "linalg/vector.h"
 #include "linalg/vector_set.h"
+#include "optim/bisection.h"
+#include "optim/golden_section.h"
 #include "special/bessel_modified.h"
 #include "special/beta.h"
 #include "special/error_function.h"
