@@ -282,8 +282,11 @@ class TARN_API T_Matrix {
   void FillRowFromHost(int i, const Variable& row);
   void CopyRowWithout(const T_Array<int>& cols, const Element* row, int count,
                       Element* target) const;
+  static constexpr int kTransposeTile = 32;
+  void TransposeTiles(int i, int j);
   void TransposeSquare();
   void TransposeThroughCopy();
+  void GetPosition(std::int64_t index, int& col, int& row) const;
   void MultiplyInto(const T_Matrix& b, T_Matrix& c) const;
   void MultiplyTransposedInto(const T_Matrix& b, T_Matrix& c) const;
 };

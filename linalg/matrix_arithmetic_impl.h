@@ -8,7 +8,7 @@
 #include <cmath>
 #include <new>
 
-#include "linalg/element_storage.h"
+#include "linalg/element_operations.h"
 #include "linalg/matrix.h"
 #include "linalg/vector.h"
 
@@ -16,38 +16,33 @@
 
 template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::operator*=(Element s) {
-  const std::int64_t count = StoredCount();
-  for (std::int64_t k = 0; k < count; ++k) data[k] *= s;
+  tarn::ScaleElements(StoredCount(), data, s);
   return *this;
 }
 
 template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::operator+=(Element s) {
-  const std::int64_t count = StoredCount();
-  for (std::int64_t k = 0; k < count; ++k) data[k] += s;
+  tarn::ShiftElements(StoredCount(), data, s);
   return *this;
 }
 
 template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::operator-=(Element s) {
-  const std::int64_t count = StoredCount();
-  for (std::int64_t k = 0; k < count; ++k) data[k] -= s;
+  tarn::ShiftElements(StoredCount(), data, -s);
   return *this;
 }
 
 template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::operator+=(const T_Matrix& b) {
   if (!HasShape(b.y, b.x) || b.data == nullptr) return *this;
-  const std::int64_t count = StoredCount();
-  for (std::int64_t k = 0; k < count; ++k) data[k] += b.data[k];
+  tarn::AddElements(StoredCount(), data, data, b.data);
   return *this;
 }
 
 template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::operator-=(const T_Matrix& b) {
   if (!HasShape(b.y, b.x) || b.data == nullptr) return *this;
-  const std::int64_t count = StoredCount();
-  for (std::int64_t k = 0; k < count; ++k) data[k] -= b.data[k];
+  tarn::SubtractElements(StoredCount(), data, data, b.data);
   return *this;
 }
 
@@ -55,17 +50,23 @@ template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::MultByDiagonalMatrix(const T_MatVector<Element>& d) {
   if (d.Dim() != x || data == nullptr) return *this;
   const Element* const factors = d;
-  for (int i = 0; i < y; ++i) {
-    Element* const row = (*this)[i];
-    for (int j = 0; j < x; ++j) row[j] *= factors[j];
-  }
+  for (int i = 0; i < y; ++i) tarn::MultiplyElements(x, (*this)[i], (*this)[i], factors);
   return *this;
 }
 
 template <class Element>
 void T_Matrix<Element>::NormalizeByRow() {
   if (data == nullptr) return;
-  for (int i = 0; i < y; ++i) T_MatVector<Element>((*this)[i], x, 1).Normalize();
+  constexpr int kRows = 64;
+  Element squares[kRows];
+  for (int start = 0; start < y; start += kRows) {
+    const int count = std::min(kRows, y - start);
+    tarn::ClearElements(squares, count);
+    tarn::Kernels<Element>().addRowSquares(count, x, (*this)[start], x, squares);
+    for (int r = 0; r < count; ++r) {
+      if (squares[r] > 0) tarn::ScaleElements(x, (*this)[start + r], 1 / std::sqrt(squares[r]));
+    }
+  }
 }
 
 // New results -------------------------------------------------------------------------------------
@@ -111,9 +112,7 @@ template <class Element>
 T_Matrix<Element>* T_Matrix<Element>::T() const {
   auto* const result = new (std::nothrow) T_Matrix(x, y);
   if (result == nullptr || result->data == nullptr || data == nullptr) return result;
-  for (int i = 0; i < y; ++i) {
-    for (int j = 0; j < x; ++j) (*result)(j, i) = (*this)(i, j);
-  }
+  tarn::Kernels<Element>().transpose(y, x, data, x, result->data, y);
   return result;
 }
 
@@ -121,48 +120,28 @@ T_Matrix<Element>* T_Matrix<Element>::T() const {
 
 template <class Element>
 Element T_Matrix<Element>::Max() const {
-  Element best = tarn::kMaximumStart<Element>;
-  for (std::int64_t k = 0; k < StoredCount(); ++k) best = data[k] > best ? data[k] : best;
-  return best;
+  return tarn::LargestElement(StoredCount(), data);
 }
 
 template <class Element>
 Element T_Matrix<Element>::Min() const {
-  Element best = -tarn::kMaximumStart<Element>;
-  for (std::int64_t k = 0; k < StoredCount(); ++k) best = data[k] < best ? data[k] : best;
-  return best;
+  return tarn::SmallestElement(StoredCount(), data);
 }
 
 template <class Element>
 void T_Matrix<Element>::MaxItemIndex(int& col, int& row) const {
-  col = 0;
-  row = 0;
-  Element best = tarn::kMaximumStart<Element>;
-  for (int i = 0; data != nullptr && i < y; ++i) {
-    for (int j = 0; j < x; ++j) {
-      if ((*this)(i, j) > best) {
-        best = (*this)(i, j);
-        col = j;
-        row = i;
-      }
-    }
-  }
+  GetPosition(tarn::LargestElementIndex(StoredCount(), data), col, row);
 }
 
 template <class Element>
 void T_Matrix<Element>::MinItemIndex(int& col, int& row) const {
-  col = 0;
-  row = 0;
-  Element best = -tarn::kMaximumStart<Element>;
-  for (int i = 0; data != nullptr && i < y; ++i) {
-    for (int j = 0; j < x; ++j) {
-      if ((*this)(i, j) < best) {
-        best = (*this)(i, j);
-        col = j;
-        row = i;
-      }
-    }
-  }
+  GetPosition(tarn::SmallestElementIndex(StoredCount(), data), col, row);
+}
+
+template <class Element>
+void T_Matrix<Element>::GetPosition(std::int64_t index, int& col, int& row) const {
+  col = x > 0 ? static_cast<int>(index % x) : 0;
+  row = x > 0 ? static_cast<int>(index / x) : 0;
 }
 
 // Sums --------------------------------------------------------------------------------------------
@@ -171,9 +150,7 @@ template <class Element>
 Element T_Matrix<Element>::Mean() const {
   if (data == nullptr) return 0;
   const std::int64_t count = StoredCount();
-  Element sum = 0;
-  for (std::int64_t k = 0; k < count; ++k) sum += data[k];
-  return sum / static_cast<Element>(count);
+  return tarn::SumElements(count, data) / static_cast<Element>(count);
 }
 
 template <class Element>
@@ -191,10 +168,8 @@ Element T_Matrix<Element>::GetPower() const {
 
 template <class Element>
 Element T_Matrix<Element>::Convolove(const T_Matrix& b) const {
-  Element sum = 0;
-  if (!HasShape(b.y, b.x) || b.data == nullptr) return sum;
-  for (std::int64_t k = StoredCount() - 1; k >= 0; --k) sum += data[k] * b.data[k];
-  return sum;
+  if (!HasShape(b.y, b.x) || b.data == nullptr) return 0;
+  return tarn::ReverseDotProduct(StoredCount(), data, b.data);
 }
 
 #endif

@@ -12,7 +12,7 @@
 #include "arrays/typed_array.h"
 #include "frame/error_numbers.h"
 #include "frame/host.h"
-#include "linalg/element_storage.h"
+#include "linalg/element_operations.h"
 #include "linalg/matrix.h"
 #include "linalg/vector.h"
 
@@ -275,10 +275,23 @@ void T_Matrix<Element>::SwapLines(Element* a, Element* b) {
   std::swap_ranges(a, a + x, b);
 }
 
+/// Exchanges a tile at or above the diagonal with the transpose of its mirror image.
+template <class Element>
+void T_Matrix<Element>::TransposeTiles(int i, int j) {
+  constexpr int kTile = kTransposeTile;
+  const int rows = std::min(kTile, y - i);
+  const int cols = std::min(kTile, x - j);
+  const auto transpose = tarn::Kernels<Element>().transpose;
+  Element upper[kTile * kTile];
+  transpose(rows, cols, &(*this)(i, j), x, upper, rows);
+  if (i != j) transpose(cols, rows, &(*this)(j, i), x, &(*this)(i, j), x);
+  for (int r = 0; r < cols; ++r) tarn::CopyElements(&(*this)(j + r, i), upper + r * rows, rows);
+}
+
 template <class Element>
 void T_Matrix<Element>::TransposeSquare() {
-  for (int i = 0; i < y; ++i) {
-    for (int j = i + 1; j < x; ++j) std::swap((*this)(i, j), (*this)(j, i));
+  for (int i = 0; i < y; i += kTransposeTile) {
+    for (int j = i; j < x; j += kTransposeTile) TransposeTiles(i, j);
   }
 }
 
@@ -287,9 +300,7 @@ void T_Matrix<Element>::TransposeThroughCopy() {
   const auto bytes = static_cast<std::size_t>(Count()) * sizeof(Element);
   auto* const transposed = static_cast<Element*>(HMALLOC(bytes));
   if (transposed == nullptr) return;
-  for (int i = 0; i < y; ++i) {
-    for (int j = 0; j < x; ++j) transposed[static_cast<std::int64_t>(j) * y + i] = (*this)(i, j);
-  }
+  tarn::Kernels<Element>().transpose(y, x, data, x, transposed, y);
   tarn::CopyElements(data, transposed, Count());
   HFREE(transposed);
 }

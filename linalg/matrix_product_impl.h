@@ -7,36 +7,41 @@
 #include <algorithm>
 #include <new>
 
-#include "linalg/element_storage.h"
+#include "linalg/element_operations.h"
 #include "linalg/matrix.h"
+#include "linalg/small_product.h"
 #include "linalg/vector.h"
 
 // Matrix by matrix --------------------------------------------------------------------------------
 
-/// c += this*b for a c of the right shape that shares no storage with the operands.
+namespace tarn {
+
+/// Whether a product is so small that entering a kernel would show.
+inline bool IsSmallProduct(int rows, int cols, int depth) {
+  return rows <= kSmallProductOrder && cols <= kSmallProductOrder && depth <= kSmallProductOrder;
+}
+
+}  // namespace tarn
+
+/// c = this*b for a c of the right shape that shares no storage with the operands.
 template <class Element>
 void T_Matrix<Element>::MultiplyInto(const T_Matrix& b, T_Matrix& c) const {
   if (data == nullptr || b.data == nullptr || c.data == nullptr) return;
-  for (int i = 0; i < y; ++i) {
-    Element* const target = c[i];
-    for (int k = 0; k < x; ++k) {
-      const Element factor = (*this)(i, k);
-      const Element* const row = b[k];
-      for (int j = 0; j < b.x; ++j) target[j] += factor * row[j];
-    }
+  if (tarn::IsSmallProduct(y, b.x, x)) {
+    tarn::MultiplySmall(y, b.x, x, data, b.data, c.data);
+  } else {
+    tarn::Kernels<Element>().setProduct(y, b.x, x, {data, x, 1}, {b.data, b.x, 1}, c.data, b.x);
   }
 }
 
-/// c += this*transpose(b), likewise.
+/// c = this*transpose(b), likewise.
 template <class Element>
 void T_Matrix<Element>::MultiplyTransposedInto(const T_Matrix& b, T_Matrix& c) const {
   if (data == nullptr || b.data == nullptr || c.data == nullptr) return;
-  for (int i = 0; i < y; ++i) {
-    for (int j = 0; j < b.y; ++j) {
-      Element sum = 0;
-      for (int k = 0; k < x; ++k) sum += (*this)(i, k) * b(j, k);
-      c(i, j) = sum;
-    }
+  if (tarn::IsSmallProduct(y, b.y, x)) {
+    tarn::MultiplySmallTransposed(y, b.y, x, data, b.data, c.data);
+  } else {
+    tarn::Kernels<Element>().setProduct(y, b.y, x, {data, x, 1}, {b.data, 1, x}, c.data, b.y);
   }
 }
 
@@ -50,7 +55,6 @@ int T_Matrix<Element>::Mul(const T_Matrix& b, T_Matrix& c) const {
     return done;
   }
   c.SetDim(y, b.x);
-  c.Set(0);
   MultiplyInto(b, c);
   return c.data != nullptr ? 1 : 0;
 }
@@ -65,7 +69,6 @@ int T_Matrix<Element>::MulT(const T_Matrix& b, T_Matrix& c) const {
     return done;
   }
   c.SetDim(y, b.y);
-  c.Set(0);
   MultiplyTransposedInto(b, c);
   return c.data != nullptr ? 1 : 0;
 }
@@ -94,12 +97,7 @@ T_Matrix<Element>& T_Matrix<Element>::operator*=(const T_Matrix& b) {
 template <class Element>
 void T_Matrix<Element>::RightMultiply(Element* out, const Element* v) const {
   if (data == nullptr) return;
-  for (int i = 0; i < y; ++i) {
-    const Element* const row = (*this)[i];
-    Element sum = 0;
-    for (int j = 0; j < x; ++j) sum += row[j] * v[j];
-    out[i] = sum;
-  }
+  tarn::MultiplyRows<Element>(y, x, data, x, v, out);
 }
 
 template <class Element>
@@ -108,7 +106,6 @@ void T_Matrix<Element>::Mul(T_MatVector<Element>& out, const T_MatVectorCol<Elem
   if (&out == &v) return Mul(out, T_MatVectorCol<Element>(v));
   out.SetDim(y);
   if (out.Dim() != y) return;
-  out.Set(0);
   RightMultiply(static_cast<Element*>(out), static_cast<const Element*>(v));
 }
 
@@ -131,12 +128,10 @@ Element T_Matrix<Element>::QuadraticForm(const T_MatVector<Element>& a,
                                          const T_MatVector<Element>& b) const {
   Element form = 0;
   if (x != b.Dim() || y != a.Dim() || data == nullptr) return form;
-  for (int i = 0; i < y; ++i) {
-    const Element* const row = (*this)[i];
-    Element sum = 0;
-    for (int j = 0; j < x; ++j) sum += row[j] * b[j];
-    form += a[i] * sum;
-  }
+  const Element* const factors = b;
+  tarn::ForEachRowProduct<Element>(
+      y, x, data, x, [=](std::int64_t j, std::int64_t) { return factors + j; },
+      [&](std::int64_t i, Element sum) { form += a[static_cast<int>(i)] * sum; });
   return form;
 }
 

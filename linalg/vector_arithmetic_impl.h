@@ -7,25 +7,26 @@
 #include <cmath>
 #include <cstdint>
 
+#include "linalg/element_operations.h"
 #include "linalg/vector.h"
 
 // In place ----------------------------------------------------------------------------------------
 
 template <class Element>
 T_MatVector<Element>& T_MatVector<Element>::operator*=(Element s) {
-  for (int i = 0; i < dim; ++i) data[i] *= s;
+  tarn::ScaleElements<Element>(dim, data, s);
   return *this;
 }
 
 template <class Element>
 T_MatVector<Element>& T_MatVector<Element>::operator+=(Element s) {
-  for (int i = 0; i < dim; ++i) data[i] += s;
+  tarn::ShiftElements<Element>(dim, data, s);
   return *this;
 }
 
 template <class Element>
 T_MatVector<Element>& T_MatVector<Element>::operator-=(Element s) {
-  for (int i = 0; i < dim; ++i) data[i] -= s;
+  tarn::ShiftElements<Element>(dim, data, -s);
   return *this;
 }
 
@@ -43,7 +44,7 @@ T_MatVector<Element>& T_MatVector<Element>::operator-=(const T_MatVector& b) {
 
 template <class Element>
 T_MatVector<Element>& T_MatVector<Element>::DivByItem(const T_MatVector& b) {
-  for (int i = 0; i < dim; ++i) data[i] /= b.data[i];
+  tarn::DivideElements(dim, data, data, b.data);
   return *this;
 }
 
@@ -54,7 +55,7 @@ T_MatVector<Element>& T_MatVector<Element>::MulByItem(const Element* b) {
 
 template <class Element>
 T_MatVector<Element>& T_MatVector<Element>::MulByItem(Element* out, const Element* b) {
-  for (int i = 0; i < dim; ++i) out[i] = data[i] * b[i];
+  tarn::MultiplyElements(dim, out, data, b);
   return *this;
 }
 
@@ -113,22 +114,22 @@ int T_MatVector<Element>::Sub(T_MatVector& r, const T_MatVector& b, Element k) c
 
 template <class Element>
 void T_MatVector<Element>::Add(Element* r, const Element* b) const {
-  for (int i = 0; i < dim; ++i) r[i] = data[i] + b[i];
+  tarn::AddElements(dim, r, data, b);
 }
 
 template <class Element>
 void T_MatVector<Element>::Add(Element* r, const Element* b, Element k) const {
-  for (int i = 0; i < dim; ++i) r[i] = data[i] + k * b[i];
+  tarn::AddScaledElements<Element>(dim, r, data, b, k);
 }
 
 template <class Element>
 void T_MatVector<Element>::Sub(Element* r, const Element* b) const {
-  for (int i = 0; i < dim; ++i) r[i] = data[i] - b[i];
+  tarn::SubtractElements(dim, r, data, b);
 }
 
 template <class Element>
 void T_MatVector<Element>::Sub(Element* r, const Element* b, Element k) const {
-  for (int i = 0; i < dim; ++i) r[i] = data[i] - k * b[i];
+  tarn::AddScaledElements<Element>(dim, r, data, b, -k);
 }
 
 template <class Element>

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-#include "linalg/element_storage.h"
+#include "linalg/element_operations.h"
 #include "linalg/matrix.h"
 #include "linalg/vector.h"
 
@@ -19,9 +19,7 @@ Element T_MatVector<Element>::ScalarMultiply(const T_MatVector& b) const {
 
 template <class Element>
 Element T_MatVector<Element>::ScalarMultiply(const Element* b) const {
-  Element sum = 0;
-  for (int i = 0; i < dim; ++i) sum += data[i] * b[i];
-  return sum;
+  return tarn::DotProduct(dim, data, b);
 }
 
 template <class Element>
@@ -46,10 +44,7 @@ Element T_MatVector<Element>::Distance(const T_MatVector& b) const {
 
 template <class Element>
 Element T_MatVector<Element>::Mean() const {
-  Element sum = 0;
-  if (data == nullptr) return sum;
-  for (int i = 0; i < dim; ++i) sum += data[i];
-  return sum;
+  return tarn::SumElements(dim, data);
 }
 
 template <class Element>
@@ -71,12 +66,9 @@ Element T_MatVector<Element>::Cosine(const T_MatVector& b) const {
 template <class Element>
 Element T_MatVector<Element>::Norm2(const T_Matrix<Element>& m) const {
   Element form = 0;
-  for (int i = 0; i < dim; ++i) {
-    const Element* const row = m[i];
-    Element sum = 0;
-    for (int j = 0; j < dim; ++j) sum += row[j] * data[j];
-    form += data[i] * sum;
-  }
+  tarn::ForEachRowProduct<Element>(
+      dim, dim, m[0], m.X(), [&](std::int64_t j, std::int64_t) { return data + j; },
+      [&](std::int64_t i, Element sum) { form += data[i] * sum; });
   return form;
 }
 
@@ -89,12 +81,14 @@ template <class Element>
 Element T_MatVector<Element>::MahalonabisDistance(const T_MatVector& b,
                                                   const T_Matrix<Element>& m) const {
   Element form = 0;
-  for (int i = 0; i < dim; ++i) {
-    const Element* const row = m[i];
-    Element sum = 0;
-    for (int j = 0; j < dim; ++j) sum += row[j] * (data[j] - b.data[j]);
-    form += (data[i] - b.data[i]) * sum;
-  }
+  Element difference[tarn::kPieceLength];
+  tarn::ForEachRowProduct<Element>(
+      dim, dim, m[0], m.X(),
+      [&](std::int64_t j, std::int64_t n) {
+        tarn::SubtractElements(n, difference, data + j, b.data + j);
+        return difference;
+      },
+      [&](std::int64_t i, Element sum) { form += (data[i] - b.data[i]) * sum; });
   return std::sqrt(form);
 }
 
@@ -104,18 +98,15 @@ Element T_MatVector<Element>::MahalonabisCosine(const T_MatVector& b,
   Element mixedForm = 0;
   Element form = 0;
   Element otherForm = 0;
-  for (int i = 0; i < dim; ++i) {
-    const Element* const row = m[i];
-    Element sum = 0;
-    Element otherSum = 0;
-    for (int j = 0; j < dim; ++j) {
-      sum += row[j] * data[j];
-      otherSum += row[j] * b.data[j];
-    }
-    mixedForm += data[i] * otherSum;
-    form += data[i] * sum;
-    otherForm += b.data[i] * otherSum;
-  }
+  tarn::ForEachRowProduct<Element>(
+      dim, dim, m[0], m.X(), [&](std::int64_t j, std::int64_t) { return data + j; },
+      [&](std::int64_t i, Element sum) { form += data[i] * sum; });
+  tarn::ForEachRowProduct<Element>(
+      dim, dim, m[0], m.X(), [&](std::int64_t j, std::int64_t) { return b.data + j; },
+      [&](std::int64_t i, Element otherSum) {
+        mixedForm += data[i] * otherSum;
+        otherForm += b.data[i] * otherSum;
+      });
   if (!(form > 0) || !(otherForm > 0)) return 0;
   return mixedForm / std::sqrt(form * otherForm);
 }
@@ -124,52 +115,27 @@ Element T_MatVector<Element>::MahalonabisCosine(const T_MatVector& b,
 
 template <class Element>
 Element T_MatVector<Element>::Max() const {
-  Element best = tarn::kMaximumStart<Element>;
-  for (int i = 0; i < dim; ++i) best = data[i] > best ? data[i] : best;
-  return best;
+  return tarn::LargestElement(dim, data);
 }
 
 template <class Element>
 Element T_MatVector<Element>::Min() const {
-  Element best = -tarn::kMaximumStart<Element>;
-  for (int i = 0; i < dim; ++i) best = data[i] < best ? data[i] : best;
-  return best;
+  return tarn::SmallestElement(dim, data);
 }
 
 template <class Element>
 Element T_MatVector<Element>::AbsMax() const {
-  Element best = 0;
-  for (int i = 0; i < dim; ++i) {
-    const Element magnitude = std::fabs(data[i]);
-    best = magnitude > best ? magnitude : best;
-  }
-  return best;
+  return tarn::LargestMagnitude(dim, data);
 }
 
 template <class Element>
 int T_MatVector<Element>::MaxIndex() const {
-  int index = 0;
-  Element best = tarn::kMaximumStart<Element>;
-  for (int i = 0; i < dim; ++i) {
-    if (data[i] > best) {
-      best = data[i];
-      index = i;
-    }
-  }
-  return index;
+  return static_cast<int>(tarn::LargestElementIndex(dim, data));
 }
 
 template <class Element>
 int T_MatVector<Element>::MinIndex() const {
-  int index = 0;
-  Element best = -tarn::kMaximumStart<Element>;
-  for (int i = 0; i < dim; ++i) {
-    if (data[i] < best) {
-      best = data[i];
-      index = i;
-    }
-  }
-  return index;
+  return static_cast<int>(tarn::SmallestElementIndex(dim, data));
 }
 
 #endif

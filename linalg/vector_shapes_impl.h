@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <new>
 
-#include "linalg/element_storage.h"
+#include "linalg/element_operations.h"
 #include "linalg/matrix.h"
 #include "linalg/vector.h"
 
@@ -217,13 +217,14 @@ void T_MatVectorRow<Element>::RightMultiply(T_MatVectorRow& out, const T_Matrix<
   out.Set(0);
   const Element* const elements = m[0];
   if (elements == nullptr) return;
-  const std::int64_t count = static_cast<std::int64_t>(m.X()) * m.Y();
-  for (int i = 0; i < out.dim; ++i) {
-    const std::int64_t start = static_cast<std::int64_t>(i) * m.X();
-    const std::int64_t length = std::min<std::int64_t>(this->dim, count - start);
-    Element sum = 0;
-    for (std::int64_t j = 0; j < length; ++j) sum += elements[start + j] * this->data[j];
-    out.data[i] = sum;
+  // Row i runs over the elements i*stride ... i*stride + dim - 1 as far as the matrix goes.
+  const std::int64_t stride = m.X();
+  const std::int64_t count = stride * m.Y();
+  const std::int64_t whole =
+      stride > 0 && count >= this->dim ? std::min(stride, (count - this->dim) / stride + 1) : 0;
+  tarn::MultiplyRows<Element>(whole, this->dim, elements, stride, this->data, out.data);
+  for (std::int64_t i = whole; i < out.dim; ++i) {
+    out.data[i] = tarn::DotProduct(count - i * stride, elements + i * stride, this->data);
   }
 }
 

@@ -1,0 +1,34 @@
+// The kernels of one instruction set. Included by one source file per set, which is compiled for
+// that set and defines before the inclusion
+//   TARN_KERNEL_BYTES    width of a vector register in bytes
+//   TARN_KERNEL_ROWS     rows and
+//   TARN_KERNEL_VECTORS  vectors per row of the tile that a product keeps in registers
+//   TARN_KERNEL_DEPTH    inner indices per packed panel
+//   TARN_KERNEL_GROUPS   groups of rows that a sum over rows keeps going side by side
+//
+// Everything here has internal linkage and calls no function of another header: code compiled for a
+// wide instruction set must never become the one copy that other files link to.
+
+#ifndef TARN_LINALG_KERNELS_BODY_H
+#define TARN_LINALG_KERNELS_BODY_H
+
+#include "linalg/kernels_elementwise_body.h"
+#include "linalg/kernels_product_body.h"
+#include "linalg/kernels_rows_body.h"
+
+namespace tarn {
+namespace {
+
+template <class Element>
+constexpr KernelTable<Element> kTableOfThisSet = {
+    SetProduct<Element>,      AddProduct<Element>,    SubtractProduct<Element>,
+    AddRowProducts<Element>,  AddRowSquares<Element>, Transpose<Element>,
+    Scale<Element>,           Shift<Element>,         Add<Element>,
+    Subtract<Element>,        Multiply<Element>,      Divide<Element>,
+    AddScaled<Element>,       Largest<Element>,       Smallest<Element>,
+    LargestMagnitude<Element>};
+
+}  // namespace
+}  // namespace tarn
+
+#endif

@@ -1,0 +1,83 @@
+#ifndef TARN_LINALG_SMALL_PRODUCT_H
+#define TARN_LINALG_SMALL_PRODUCT_H
+
+/// @file
+/// Products of matrices of order up to eight, compiled for every number of columns: the work is
+/// less than what it costs to choose and enter a kernel.
+
+#include <cstddef>
+#include <cstring>
+
+namespace tarn {
+
+/// Largest number of rows, columns and inner indices of a product computed here.
+inline constexpr int kSmallProductOrder = 8;
+
+/// c = a*b for row-major matrices without gaps, c of kCols columns. Every element is a sum from 0
+/// in increasing inner index; the elements of a row are summed side by side.
+template <std::size_t kCols, class Element>
+void MultiplyFixed(int rows, int depth, const Element* a, const Element* b, Element* c) {
+  typedef Element Vector __attribute__((vector_size(16)));
+  constexpr std::size_t kLanes = 16 / sizeof(Element);
+  constexpr std::size_t kVectors = kCols / kLanes;
+  constexpr std::size_t kRest = kCols % kLanes;
+  for (int i = 0; i < rows; ++i) {
+    Vector sums[kVectors + 1] = {};
+    Element rest[kRest + 1] = {};
+    const Element* row = b;
+    for (int k = 0; k < depth; ++k) {
+      const Element factor = a[k];
+      for (std::size_t v = 0; v < kVectors; ++v) {
+        Vector elements;
+        std::memcpy(&elements, row + v * kLanes, sizeof elements);
+        sums[v] += factor * elements;
+      }
+      for (std::size_t j = 0; j < kRest; ++j) rest[j] += factor * row[kVectors * kLanes + j];
+      row += kCols;
+    }
+    std::memcpy(c, sums, kVectors * sizeof(Vector));
+    for (std::size_t j = 0; j < kRest; ++j) c[kVectors * kLanes + j] = rest[j];
+    a += depth;
+    c += kCols;
+  }
+}
+
+/// c = a*b for up to kSmallProductOrder columns.
+template <class Element>
+void MultiplySmall(int rows, int cols, int depth, const Element* a, const Element* b, Element* c) {
+  switch (cols) {
+    case 0:
+      return;
+    case 1:
+      return MultiplyFixed<1>(rows, depth, a, b, c);
+    case 2:
+      return MultiplyFixed<2>(rows, depth, a, b, c);
+    case 3:
+      return MultiplyFixed<3>(rows, depth, a, b, c);
+    case 4:
+      return MultiplyFixed<4>(rows, depth, a, b, c);
+    case 5:
+      return MultiplyFixed<5>(rows, depth, a, b, c);
+    case 6:
+      return MultiplyFixed<6>(rows, depth, a, b, c);
+    case 7:
+      return MultiplyFixed<7>(rows, depth, a, b, c);
+    default:
+      return MultiplyFixed<8>(rows, depth, a, b, c);
+  }
+}
+
+/// c = a*transpose(b), all of order up to kSmallProductOrder.
+template <class Element>
+void MultiplySmallTransposed(int rows, int cols, int depth, const Element* a, const Element* b,
+                             Element* c) {
+  Element transposed[kSmallProductOrder * kSmallProductOrder];
+  for (int j = 0; j < cols; ++j) {
+    for (int k = 0; k < depth; ++k) transposed[k * cols + j] = b[j * depth + k];
+  }
+  MultiplySmall(rows, cols, depth, a, transposed, c);
+}
+
+}  // namespace tarn
+
+#endif
