@@ -39,8 +39,8 @@ bool IsInterrupted();
 /// The same, and forgets it.
 bool TakeInterrupt();
 
-/// The text of the host's pending error, which is cleared. An error that an interrupt signal brought
-/// about reads "interrupted".
+/// The text of the host's pending error, which is cleared. An error that an interrupt signal
+/// brought about reads "interrupted".
 std::string TakeErrorText(EmbeddedHost& host);
 
 /// Ends the program the way an interrupt signal does, so that the shell sees why.
