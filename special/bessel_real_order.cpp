@@ -13,8 +13,6 @@ constexpr double kPi = 3.141592653589793;
 /// Below, Temme's series; from there on the second continued fraction.
 constexpr double kCrossover = 2.0;
 
-constexpr const char* kFirstFractionFailed = "x too large; try asymptotic expansion";
-
 // Chebyshev coefficients of gam1 and gam2 in 8 mu^2 - 1.
 constexpr int kGam1Count = 7;
 constexpr double kGam1[kGam1Count] = {-1.142022680371168, 0.0065165112670737, 0.0003087090173086,
@@ -89,7 +87,7 @@ double HyperbolicSineRatio(double e) { return std::fabs(e) < kTolerance ? 1.0 : 
 
 /// What the first terms of both series are made of.
 struct TemmeStart {
-  TemmeStart(const Problem& problem)
+  explicit TemmeStart(const Problem& problem)
       : gamma(GammaCoefficients(problem.mu)), angle(kPi * problem.mu) {
     const double logarithm = -std::log(0.5 * problem.x);
     const double e = problem.mu * logarithm;
@@ -395,9 +393,9 @@ bool BesselJY(double x, double nu, BesselJYValues& values) {
   const double ratio = atMu.derivative / atMu.value;
   BaseValues base = {};
   if (x < kCrossover) {
-    if (!SeriesJY(problem, ratio, base)) return Fail("bessy series failed to converge");
+    if (!SeriesJY(problem, ratio, base)) return Fail(kSeriesOfYFailed);
   } else {
-    if (!FractionJY(problem, ratio, atMu.value, base)) return Fail("cf2 failed in bessjy");
+    if (!FractionJY(problem, ratio, atMu.value, base)) return Fail(kSecondFractionOfJYFailed);
   }
   const double scale = base.firstAtMu / atMu.value;
   const ValueAndDerivative y = RecurUpY(problem, base);
@@ -415,9 +413,9 @@ bool BesselIK(double x, double nu, BesselIKValues& values) {
   const ValueAndDerivative atMu = RecurDownI(problem, atNu);
   BaseValues base = {};
   if (x < kCrossover) {
-    if (!SeriesK(problem, base)) return Fail("series failed to converge");
+    if (!SeriesK(problem, base)) return Fail(kSeriesOfKFailed);
   } else {
-    if (!FractionK(problem, base)) return Fail("failure to converge in cf2");
+    if (!FractionK(problem, base)) return Fail(kSecondFractionOfKFailed);
   }
   base.firstAtMu = WronskianI(problem, atMu.derivative / atMu.value, base);
   const ValueAndDerivative k = RecurUpK(problem, base);

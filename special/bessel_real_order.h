@@ -16,6 +16,13 @@
 
 namespace tarn {
 
+// Texts of error 3, one for each iteration that can run out of its 1000 rounds.
+inline constexpr const char* kFirstFractionFailed = "x too large; try asymptotic expansion";
+inline constexpr const char* kSeriesOfYFailed = "bessy series failed to converge";
+inline constexpr const char* kSecondFractionOfJYFailed = "cf2 failed in bessjy";
+inline constexpr const char* kSeriesOfKFailed = "series failed to converge";
+inline constexpr const char* kSecondFractionOfKFailed = "failure to converge in cf2";
+
 /// J, Y and their derivatives with respect to x at one argument and order.
 struct BesselJYValues {
   double j;
@@ -44,7 +51,7 @@ struct BesselIKValues {
 ///  like
 ///    x, has not converged in 1000 rounds (also for a NaN or infinite x);
 ///  - "bessy series failed to converge", "cf2 failed in bessjy": the same of Temme's series (x < 2)
-///    and of the second continued fraction (x >= 2).
+///    and of the second continued fraction (x >= 2). The series converges for every argument known.
 ///
 /// Method: with nl = floor(nu + 1/2) for x < 2 and max(floor(nu - x + 3/2), 0) otherwise, mu = nu -
 /// nl: the fraction J'/J at nu, downward recurrence to mu, there Y from Temme's series or the
@@ -57,7 +64,7 @@ bool BesselJY(double x, double nu, BesselJYValues& values);
 ///
 /// Domain, result and method as for `BesselJY`, but nl = floor(nu + 1/2) for every x, and the
 /// Wronskian is -1/x. The texts are "x too large; try asymptotic expansion", "series failed to
-/// converge" and "failure to converge in cf2".
+/// converge" and "failure to converge in cf2"; the last two are there for no argument known.
 /// From about x = 714 on I overflows, from 742 on K underflows, and no error is raised.
 bool BesselIK(double x, double nu, BesselIKValues& values);
 
