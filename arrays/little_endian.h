@@ -7,13 +7,10 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
+
+#include "arrays/ordered_bits.h"
 
 namespace tarn {
-
-/// The unsigned integer type of the size of T.
-template <class T>
-using BitsOf = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
 
 /// Writes the bytes of an unsigned integer, the lowest first.
 template <class Bits>

@@ -1,10 +1,22 @@
 #ifndef TARN_ARRAYS_MEDIAN_IMPL_H
 #define TARN_ARRAYS_MEDIAN_IMPL_H
 
+/// @file
+/// The median by bisection, without making the lists that nobody looks at.
+///
+/// Which list is searched next follows from counting alone, so that list is the only one written,
+/// and not before a good part of the values has been ruled out: counting costs a fraction of
+/// moving. The values ruled out until then are those beyond `lo` or `hi`, because a split that
+/// equals some value is settled at once. Rounds that rule nothing out are gone through without
+/// looking at the values, by comparing the split with the smallest and the largest of them. Lists,
+/// order and splits are the procedure's throughout.
+
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <type_traits>
+#include <utility>
 
 #include "arrays/host_block.h"
 #include "arrays/median.h"
@@ -28,39 +40,61 @@ requires std::is_integral_v<T> T Mean(T a, T b) {
   return static_cast<T>(overflows ? a + (b - a) / 2 : static_cast<double>(sum) * 0.5);
 }
 
-/// A list of values in one of the work buffers.
+/// Values in a row.
 template <class T>
 struct ValueList {
   const T* values;
   std::int64_t count;
 };
 
-/// The lists that a partition makes.
-template <class T>
-struct SplitLists {
-  ValueList<T> lower;
-  ValueList<T> upper;
+/// How many values of a list lie on either side of a split; NaN counts as a tie.
+struct Tally {
+  std::int64_t below;
+  std::int64_t above;
+  std::int64_t ties;
 };
 
-/// Distributes `list` about `split`, keeping the order of values. Values equal to it (and NaN) go
-/// to either side in turn, the first to the upper one when `firstTieGoesUp`.
 template <class T>
-SplitLists<T> PartitionAbout(const ValueList<T>& list, T split, bool firstTieGoesUp, T* lower,
-                             T* upper) {
-  std::int64_t lowerCount = 0;
-  std::int64_t upperCount = 0;
-  bool tieGoesUp = firstTieGoesUp;
+Tally CountAbout(const ValueList<T>& list, T split) {
+  std::int64_t below = 0;
+  std::int64_t above = 0;
   for (std::int64_t i = 0; i < list.count; ++i) {
-    const T value = list.values[i];
-    const bool isTie = !(value < split) && !(value > split);
-    if (isTie ? tieGoesUp : value > split) {
-      upper[upperCount++] = value;
-    } else {
-      lower[lowerCount++] = value;
-    }
-    if (isTie) tieGoesUp = !tieGoesUp;
+    below += list.values[i] < split;
+    above += list.values[i] > split;
   }
-  return {{lower, lowerCount}, {upper, upperCount}};
+  return {below, above, list.count - below - above};
+}
+
+/// Smallest and largest value of a list.
+template <class T>
+struct Extremes {
+  T smallest;
+  T largest;
+};
+
+/// Extremes of a list that is not empty. They start from the first value; a NaN there stays, others
+/// are passed over. Several lanes, so that comparisons need not wait for each other.
+template <class T>
+Extremes<T> FindExtremes(const ValueList<T>& list) {
+  constexpr std::int64_t kLanes = 8;
+  T smallest[kLanes];
+  T largest[kLanes];
+  for (std::int64_t lane = 0; lane < kLanes; ++lane)
+    smallest[lane] = largest[lane] = list.values[0];
+  const auto admit = [&](std::int64_t lane, T value) {
+    smallest[lane] = value < smallest[lane] ? value : smallest[lane];
+    largest[lane] = value > largest[lane] ? value : largest[lane];
+  };
+  std::int64_t i = 0;
+  for (; i + kLanes <= list.count; i += kLanes) {
+    for (std::int64_t lane = 0; lane < kLanes; ++lane) admit(lane, list.values[i + lane]);
+  }
+  for (; i < list.count; ++i) admit(0, list.values[i]);
+  for (std::int64_t lane = 1; lane < kLanes; ++lane) {
+    if (smallest[lane] < smallest[0]) smallest[0] = smallest[lane];
+    if (largest[lane] > largest[0]) largest[0] = largest[lane];
+  }
+  return {smallest[0], largest[0]};
 }
 
 /// Whether every value of a list, which is not empty, equals its first.
@@ -72,41 +106,17 @@ bool IsConstant(const ValueList<T>& list) {
   return true;
 }
 
-/// Where the bisection stands: the median is among the values of `list` or between them.
-template <class T>
-struct MedianSearch {
-  ValueList<T> list;
-  std::int64_t knownBelow;  ///< how many values of the whole array lie below the list
-  std::int64_t knownAbove;  ///< how many lie above it
-  T lo;                     ///< the median is not below
-  T hi;                     ///< the median is not above
-  T split;                  ///< next value to partition about
-};
-
-/// Step 1's choice between two lists of different length.
-template <class T>
-MedianSearch<T> BeginSearch(const SplitLists<T>& lists, T pivot, T smallest, T largest) {
-  if (lists.upper.count > lists.lower.count) {
-    return {lists.upper, lists.lower.count, 0, pivot, largest, Mean(largest, pivot)};
+/// Copies the values for which `isKept` holds, in order and without a branch on the data. The
+/// target may be the list's own storage.
+template <class T, class Predicate>
+ValueList<T> Filter(const ValueList<T>& list, T* target, Predicate isKept) {
+  std::int64_t kept = 0;
+  for (std::int64_t i = 0; i < list.count; ++i) {
+    const T value = list.values[i];
+    target[kept] = value;
+    kept += isKept(value);
   }
-  return {lists.lower, 0, lists.upper.count, smallest, pivot, Mean(smallest, pivot)};
-}
-
-/// Step 2's choice: goes on in the list on the heavier side of the split.
-template <class T>
-void Narrow(MedianSearch<T>& search, const SplitLists<T>& lists, std::int64_t below,
-            std::int64_t above) {
-  if (below < above) {
-    search.list = lists.upper;
-    search.knownBelow = below;
-    search.lo = search.split;
-    search.split = Mean(search.split, search.hi);
-  } else {
-    search.list = lists.lower;
-    search.knownAbove = above;
-    search.hi = search.split;
-    search.split = Mean(search.split, search.lo);
-  }
+  return {target, kept};
 }
 
 /// Whether two splits are the same number, or both NaN.
@@ -115,27 +125,163 @@ bool IsSameSplit(T a, T b) {
   return a == b || (a != a && b != b);
 }
 
-/// Steps 2 and 3. The list never runs empty: the heavier side of a split has at least one value.
+/// The search for the median of at least three values, with a buffer for as many.
 template <class T>
-T RefineMedian(MedianSearch<T>& search, T** work) {
-  int idleRounds = 0;
-  for (int k = 1; search.list.count != 2; ++k) {
-    if (IsConstant(search.list)) return search.list.values[0];
-    const int parity = k % 2;
-    const SplitLists<T> lists =
-        PartitionAbout(search.list, search.split, parity == 0, work[parity], work[2 + parity]);
-    const std::int64_t below = lists.lower.count + search.knownBelow;
-    const std::int64_t above = lists.upper.count + search.knownAbove;
-    if (below == above) return search.split;
-    const std::int64_t oldCount = search.list.count;
-    const T oldSplit = search.split;
-    Narrow(search, lists, below, above);
-    const bool isIdle = search.list.count == oldCount && IsSameSplit(search.split, oldSplit);
-    idleRounds = isIdle ? idleRounds + 1 : 0;
-    if (idleRounds == 2) return search.split;
+class MedianSearch {
+ public:
+  MedianSearch(const T* values, std::int64_t n, T* buffer)
+      : list_{values, n}, buffer_(buffer), split_(values[n / 2]) {}
+
+  T Find() {
+    if (const std::optional<T> median = Begin()) return *median;
+    for (round_ = 1; Remaining() != 2; ++round_) {
+      const Tally tally = CountAbout(list_, split_);
+      const std::optional<T> median = tally.ties > 0 ? PlayRoundWithTies() : PlayRound(tally);
+      if (median) return *median;
+    }
+    RemoveRuledOut();
+    return Mean(list_.values[0], list_.values[1]);
   }
-  return Mean(search.list.values[0], search.list.values[1]);
-}
+
+ private:
+  /// How many values of the whole array lie on either side of the split.
+  struct Sides {
+    std::int64_t below;
+    std::int64_t above;
+  };
+
+  /// Values among which the median is still searched.
+  std::int64_t Remaining() const { return list_.count - ruledOutBelow_ - ruledOutAbove_; }
+  /// Even rounds deal the first value that equals the split to the upper list.
+  bool FirstTieGoesUp() const { return round_ % 2 == 0; }
+
+  Sides CountSides(const Tally& tally) const {
+    const std::int64_t tiesAbove = (tally.ties + (FirstTieGoesUp() ? 1 : 0)) / 2;
+    return {tally.below + tally.ties - tiesAbove + knownBelow_,
+            tally.above + tiesAbove + knownAbove_};
+  }
+
+  /// Step 1.
+  std::optional<T> Begin() {
+    const Tally tally = CountAbout(list_, split_);
+    const Sides sides = CountSides(tally);
+    if (sides.below == sides.above) return split_;
+    const auto [smallest, largest] = FindExtremes(list_);
+    const bool up = sides.below < sides.above;
+    KeepSide(up, tally, sides);
+    lo_ = up ? split_ : smallest;
+    hi_ = up ? largest : split_;
+    split_ = Mean(up ? largest : smallest, split_);
+    return std::nullopt;
+  }
+
+  /// A round of step 2 in which no value equals the split.
+  std::optional<T> PlayRound(const Tally& tally) {
+    const Sides sides = CountSides(tally);
+    if (sides.below == sides.above) return split_;
+    const bool up = sides.below < sides.above;
+    const std::int64_t before = Remaining();
+    (up ? ruledOutBelow_ : ruledOutAbove_) = up ? tally.below : tally.above;
+    MoveSplit(up);
+    idleRounds_ = 0;
+    if (Remaining() == before) return PlayIdleRounds();
+    if (3 * Remaining() <= 2 * list_.count) RemoveRuledOut();
+    return std::nullopt;
+  }
+
+  /// After a round that ruled nothing out: all rounds to come whose split is beyond every value.
+  std::optional<T> PlayIdleRounds() {
+    RemoveRuledOut();
+    const auto [smallest, largest] = FindExtremes(list_);
+    if (smallest == largest) return list_.values[0];
+    while (split_ < smallest || split_ > largest) {
+      const T before = split_;
+      MoveSplit(split_ < smallest);
+      if (split_ == before) return split_;
+      ++round_;
+    }
+    return std::nullopt;
+  }
+
+  /// A round of step 2 in which some value equals the split or is NaN.
+  std::optional<T> PlayRoundWithTies() {
+    RemoveRuledOut();
+    if (IsConstant(list_)) return list_.values[0];
+    const Tally tally = CountAbout(list_, split_);
+    const Sides sides = CountSides(tally);
+    if (sides.below == sides.above) return split_;
+    const bool up = sides.below < sides.above;
+    const std::int64_t countBefore = list_.count;
+    const T splitBefore = split_;
+    KeepSide(up, tally, sides);
+    MoveSplit(up);
+    const bool isIdle = list_.count == countBefore && IsSameSplit(split_, splitBefore);
+    idleRounds_ = isIdle ? idleRounds_ + 1 : 0;
+    if (idleRounds_ == 2) return split_;
+    return std::nullopt;
+  }
+
+  /// Ends the interval of the median at the split and moves the split half-way to its other end.
+  void MoveSplit(bool up) {
+    (up ? lo_ : hi_) = split_;
+    split_ = Mean(split_, up ? hi_ : lo_);
+  }
+
+  /// Makes the upper or the lower list the one that is searched.
+  void KeepSide(bool up, const Tally& tally, const Sides& sides) {
+    (up ? knownBelow_ : knownAbove_) = up ? sides.below : sides.above;
+    if (tally.ties > 1) {
+      list_ = FilterDealingTies(up);
+    } else {
+      list_ = FilterOneTie(up, FirstTieGoesUp() == up);
+    }
+  }
+
+  /// The values on one side of the split, with every other of the values equal to it.
+  ValueList<T> FilterDealingTies(bool up) const {
+    bool tieGoesUp = FirstTieGoesUp();
+    return Filter(list_, buffer_, [up, tieGoesUp, split = split_](T value) mutable {
+      const bool isAbove = value > split;
+      const bool isTie = !isAbove & !(value < split);
+      const bool goesUp = isAbove | (isTie & tieGoesUp);
+      tieGoesUp ^= isTie;
+      return goesUp == up;
+    });
+  }
+
+  /// The values on one side of the split, with or without the one that equals it.
+  ValueList<T> FilterOneTie(bool up, bool withTie) const {
+    const T split = split_;
+    if (up && withTie) return Filter(list_, buffer_, [split](T value) { return !(value < split); });
+    if (up) return Filter(list_, buffer_, [split](T value) { return value > split; });
+    if (withTie) return Filter(list_, buffer_, [split](T value) { return !(value > split); });
+    return Filter(list_, buffer_, [split](T value) { return value < split; });
+  }
+
+  /// Takes the values that are ruled out from the list.
+  void RemoveRuledOut() {
+    if (ruledOutBelow_ == 0 && ruledOutAbove_ == 0) return;
+    const bool keepsLow = ruledOutBelow_ == 0;
+    const bool keepsHigh = ruledOutAbove_ == 0;
+    list_ = Filter(list_, buffer_, [keepsLow, keepsHigh, lo = lo_, hi = hi_](T value) {
+      return (keepsLow | (value > lo)) & (keepsHigh | (value < hi));
+    });
+    knownBelow_ += std::exchange(ruledOutBelow_, 0);
+    knownAbove_ += std::exchange(ruledOutAbove_, 0);
+  }
+
+  ValueList<T> list_;  ///< values among which the median is searched, and those ruled out lately
+  T* buffer_;          ///< storage of the list, once it is not the whole array
+  std::int64_t ruledOutBelow_ = 0;  ///< values in the list that lie below `lo_`
+  std::int64_t ruledOutAbove_ = 0;  ///< values in the list that lie above `hi_`
+  std::int64_t knownBelow_ = 0;     ///< values of the whole array that lie below the list
+  std::int64_t knownAbove_ = 0;     ///< values of the whole array that lie above the list
+  T lo_{};                          ///< the median is not below
+  T hi_{};                          ///< the median is not above
+  T split_;                         ///< value about which the next round partitions
+  int round_ = 0;
+  int idleRounds_ = 0;  ///< rounds in succession that changed neither list nor split
+};
 
 }  // namespace tarn
 
@@ -144,18 +290,7 @@ T QMedian(T* a, std::int64_t n, T** work) {
   if (n < 1) return 0;
   if (n == 1) return a[0];
   if (n == 2) return tarn::Mean(a[0], a[1]);
-  const T pivot = a[n / 2];
-  T smallest = a[0];
-  T largest = a[0];
-  for (std::int64_t i = 1; i < n; ++i) {
-    if (a[i] < smallest) smallest = a[i];
-    if (a[i] > largest) largest = a[i];
-  }
-  const tarn::SplitLists<T> lists =
-      tarn::PartitionAbout(tarn::ValueList<T>{a, n}, pivot, true, work[0], work[2]);
-  if (lists.lower.count == lists.upper.count) return pivot;
-  tarn::MedianSearch<T> search = tarn::BeginSearch(lists, pivot, smallest, largest);
-  return tarn::RefineMedian(search, work);
+  return tarn::MedianSearch<T>(a, n, work[0]).Find();
 }
 
 template <class T>

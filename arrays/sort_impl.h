@@ -1,10 +1,14 @@
 #ifndef TARN_ARRAYS_SORT_IMPL_H
 #define TARN_ARRAYS_SORT_IMPL_H
 
+#include <cstddef>
+#include <new>
+#include <type_traits>
 #include <utility>
 
 #include "arrays/host_block.h"
 #include "arrays/sort.h"
+#include "arrays/unique_sort.h"
 
 namespace tarn {
 
@@ -41,18 +45,17 @@ struct IndexSequence {
   void Exchange(std::int64_t i, std::int64_t j) const { std::swap(indices[i], indices[j]); }
 };
 
-/// The two stacks of pending ranges, low and high bounds.
+/// The two stacks of pending ranges, low and high bounds. Before the first range is pushed their
+/// storage can serve as a work area.
 class RangeStacks {
  public:
-  /// Entries that either stack may have while it lives on the call stack.
-  static constexpr std::int64_t kLocalCapacity = 299;
-
   /// Stacks of `capacity` entries each.
   explicit RangeStacks(std::int64_t capacity)
       : heapLows_(capacity > kLocalCapacity ? AllocateBlock<std::int64_t>(capacity) : nullptr),
         heapHighs_(heapLows_.Get() ? AllocateBlock<std::int64_t>(capacity) : nullptr),
         lows_(capacity > kLocalCapacity ? heapLows_.Get() : localLows_),
-        highs_(capacity > kLocalCapacity ? heapHighs_.Get() : localHighs_) {}
+        highs_(capacity > kLocalCapacity ? heapHighs_.Get() : localHighs_),
+        capacity_(static_cast<std::size_t>(capacity)) {}
 
   /// Whether both could be had.
   bool AreValid() const { return lows_ && highs_; }
@@ -68,13 +71,22 @@ class RangeStacks {
     return {lows_[size_], highs_[size_]};
   }
 
+  /// Storage for as many elements of at most 8 bytes as a stack has entries.
+  template <class T>
+  T* WorkArea() {
+    return new (lows_) T[capacity_];
+  }
+
  private:
+  /// Entries up to which the stacks live on the call stack.
+  static constexpr std::int64_t kLocalCapacity = 299;
   std::int64_t localLows_[kLocalCapacity];
   std::int64_t localHighs_[kLocalCapacity];
   ScopedBlock<std::int64_t> heapLows_;
   ScopedBlock<std::int64_t> heapHighs_;
   std::int64_t* lows_;
   std::int64_t* highs_;
+  std::size_t capacity_;
   std::int64_t size_ = 0;
 };
 
@@ -142,6 +154,10 @@ void QSort(T* a, std::int64_t lo, std::int64_t hi) {
   if (hi <= lo) return;
   tarn::RangeStacks pending(hi - lo + 2);
   if (!pending.AreValid()) return;
+  if constexpr (std::is_arithmetic_v<T>) {
+    const std::int64_t n = hi - lo + 1;
+    if (tarn::HasUniqueOrder(a + lo, n)) return tarn::SortUnique(a + lo, n, pending.WorkArea<T>());
+  }
   tarn::SortRange(tarn::ElementSequence<T>{a}, lo, hi, pending);
 }
 
