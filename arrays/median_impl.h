@@ -37,7 +37,8 @@ requires std::is_integral_v<T> T Mean(T a, T b) {
   const std::int64_t sum = std::int64_t{a} + b;
   const bool overflows =
       sum > std::numeric_limits<int>::max() || sum < std::numeric_limits<int>::min();
-  return static_cast<T>(overflows ? a + (b - a) / 2 : static_cast<double>(sum) * 0.5);
+  if (overflows) return static_cast<T>(a + (b - a) / 2);
+  return static_cast<T>(static_cast<double>(sum) * 0.5);
 }
 
 /// Values in a row.
@@ -122,7 +123,7 @@ ValueList<T> Filter(const ValueList<T>& list, T* target, Predicate isKept) {
 /// Whether two splits are the same number, or both NaN.
 template <class T>
 bool IsSameSplit(T a, T b) {
-  return a == b || (a != a && b != b);
+  return a == b || (std::isnan(a) && std::isnan(b));
 }
 
 /// The search for the median of at least three values, with a buffer for as many.

@@ -11,6 +11,7 @@
 /// just so.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 
@@ -71,12 +72,10 @@ void MergeSort(Unit* units, std::int64_t count, Unit* scratch) {
 template <class Unit>
 void SortUnits(Unit* units, std::int64_t count) {
   static_assert(sizeof(Unit) == 8);
-  using Key = typename UnitKey<Unit>::Type;
-  const bool isComparable = std::all_of(units, units + count, [](const Unit& unit) {
-    const Key key = UnitKey<Unit>::Of(unit);
-    return key == key;
-  });
-  if (isComparable) {
+  const bool hasNan = std::any_of(
+      units, units + count, [](const Unit& unit) { return std::isnan(UnitKey<Unit>::Of(unit)); });
+  if (!hasNan) {
+    using Key = typename UnitKey<Unit>::Type;
     std::qsort(units, static_cast<std::size_t>(count), sizeof(Unit), T_compare<Key>);
     return;
   }

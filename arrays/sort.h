@@ -17,11 +17,12 @@
 ///    pushed on top.
 ///
 /// The procedure decides where elements end that compare equal but differ: indices and records with
-/// equal values, zeros of both signs; and what becomes of NaN, which compares below everything on
-/// either side. It visits a range at most once per element, so it ends on any input, but takes
-/// quadratic time on some. Plain numbers without NaN and without zeros of both signs have only one
-/// sorted order; they are sorted by merging or by radix
-/// instead, in the two blocks meant for the stacks (see unique_sort.h).
+/// equal values, zeros of both signs; and what becomes of NaN. NaN among numbers compares below
+/// everything on either side, a record with NaN above everything; the array is then permuted
+/// somehow. Every visit to a range settles at least one element, so sorting ends on any input, but
+/// it takes quadratic time on some. Plain numbers without NaN and without zeros of both signs have
+/// only one sorted order; they are sorted by merging or by radix instead, in the two blocks meant
+/// for the stacks (see unique_sort.h).
 ///
 /// The two stacks hold hi - lo + 2 entries each: on the call stack below 300 entries, from the host
 /// heap otherwise. When the heap refuses them, the array silently stays as it is.

@@ -104,8 +104,9 @@ std::int64_t FindNotAbove(const Sequence& sequence, const Key& pivot, std::int64
   return r;
 }
 
-/// Step 2 and the exchange of step 3. The pivot never leaves [l, r], so r stays inside the range
-/// even where NaN makes the comparison inconsistent.
+/// Step 2 and the exchange of step 3. A number as pivot is not above itself, so r ends at it or
+/// later. A record whose value is NaN is above everything, itself included: with it as pivot r
+/// would end before the range, so it is put last instead and the rest remains to be sorted.
 template <class Sequence>
 Partition PartitionRange(const Sequence& sequence, std::int64_t l, std::int64_t h) {
   std::int64_t p = (l + h) / 2;
@@ -124,6 +125,7 @@ Partition PartitionRange(const Sequence& sequence, std::int64_t l, std::int64_t 
     }
     r = j - 1;
   }
+  if (r < l) r = h;
   if (!allEqual && p != r && CompareElements(sequence.Key(p), sequence.Key(r)) > 0) {
     sequence.Exchange(p, r);
   }

@@ -10,6 +10,7 @@
 #include "arrays/little_endian.h"
 #include "arrays/platform_sort.h"
 #include "arrays/typed_array.h"
+#include "arrays/unique_sort.h"
 #include "frame/error_numbers.h"
 
 namespace tarn {
@@ -103,7 +104,14 @@ void SortAsUnits(T* elements, std::int64_t count) {
   }
 }
 
-inline void SortAsUnits(double* elements, std::int64_t count) { SortUnits(elements, count); }
+/// A double is a unit by itself. Where the sorted order is unique, the method does not show.
+inline void SortAsUnits(double* elements, std::int64_t count) {
+  if (HasUniqueOrder(elements, count)) {
+    const ScopedBlock<double> scratch(AllocateBlock<double>(count));
+    if (scratch.Get()) return SortUnique(elements, count, scratch.Get());
+  }
+  SortUnits(elements, count);
+}
 
 }  // namespace tarn
 

@@ -14,6 +14,7 @@
 /// counting), 5.2.4 (merging), 5.2.5 (radix sorting).
 
 #include <algorithm>
+#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <utility>
@@ -38,7 +39,7 @@ bool HasUniqueOrder(const T* a, std::int64_t n) {
   bool hasNegativeZero = false;
   for (std::int64_t i = 0; i < n; ++i) {
     const auto bits = std::bit_cast<BitsOf<T>>(a[i]);
-    hasNan |= a[i] != a[i];
+    hasNan |= std::isnan(a[i]);
     hasPositiveZero |= bits == 0;
     hasNegativeZero |= bits == kTopBit<BitsOf<T>>;
   }
