@@ -12,6 +12,7 @@
 #include "linalg/vector.h"
 #include "linalg/vector_set.h"
 #include "optim/bisection.h"
+#include "optim/climb.h"
 #include "optim/golden_section.h"
 #include "special/bessel_modified.h"
 #include "special/beta.h"
