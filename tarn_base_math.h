@@ -21,5 +21,6 @@
 #include "special/gamma.h"
 #include "special/random.h"
 #include "special/random_lock.h"
+#include "tfunc/tfunc.h"
 
 #endif
