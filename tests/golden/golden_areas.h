@@ -1,0 +1,3 @@
+// The areas in the order in which they run, one TARN_GOLDEN_AREA(Name) each; read more than once.
+TARN_GOLDEN_AREA(Special)
+TARN_GOLDEN_AREA(Sorting)
