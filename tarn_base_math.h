@@ -21,6 +21,9 @@
 #include "special/gamma.h"
 #include "special/random.h"
 #include "special/random_lock.h"
+#include "stat/float_tables.h"
+#include "stat/stat.h"
+#include "stat/stat_weighted.h"
 #include "tfunc/tfunc.h"
 
 #endif
