@@ -27,6 +27,7 @@ Buffer::Buffer(std::int64_t initialSize) : text_(nullptr), length_(0), capacity_
 Buffer::~Buffer() { HFREE(text_); }
 
 int Buffer::Printf(int /*flags*/, const char* format, ...) {
+  if (format == nullptr) return -1;
   std::va_list arguments;
   va_start(arguments, format);
   const int count = std::vsnprintf(nullptr, 0, format, arguments);

@@ -16,7 +16,10 @@ EmbeddedHost::EmbeddedHost() : implementation_(std::make_unique<Implementation>(
   tarn::OpenInterpreter(*implementation_);
 }
 
-EmbeddedHost::~EmbeddedHost() { tarn::CloseInterpreter(*implementation_); }
+EmbeddedHost::~EmbeddedHost() {
+  tarn::SetHeapRefusal({});
+  tarn::CloseInterpreter(*implementation_);
+}
 
 Processor& EmbeddedHost::GetProcessor() { return implementation_->processor; }
 
@@ -122,4 +125,7 @@ void EmbeddedHost::SetHeapFailure(std::function<bool(std::int64_t)> refuse) {
 
 std::int64_t EmbeddedHost::HeapRequestCount() const { return tarn::HeapRequests(); }
 
-std::int64_t EmbeddedHost::LiveBlockCount() { return tarn::HeapBlocks(); }
+std::int64_t EmbeddedHost::LiveBlockCount() {
+  VariableAccess::ClearScratchElements();
+  return tarn::HeapBlocks();
+}

@@ -6,9 +6,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/error_table.h"
-#include "host/heap.h"
-
 namespace tarn {
 namespace {
 
@@ -27,10 +24,7 @@ HostState::HostState() : processor(*this), serial(++hostsMade) {
   currentHost = this;
 }
 
-HostState::~HostState() {
-  SetHeapRefusal({});
-  currentHost = nullptr;
-}
+HostState::~HostState() { currentHost = nullptr; }
 
 void HostState::Write(std::string_view text) {
   if (output) {

@@ -60,7 +60,7 @@ Entry EntryAt(const EntryTable& table, TarnOrdinal ordinal, const std::string& p
 std::string DescriptionOf(TarnDescribeModule describe, const std::string& path) {
   std::array<char, 256> text = {};
   describe(text.data(), static_cast<std::int32_t>(text.size() - 1));
-  static const std::regex form(R"([^|]*[^| ][^|]* \|TARN version:\d+\.\d\d\.\d\d)");
+  static const std::regex form(R"([^|]*[^| ][^|]* \|TARN version:\d+\.\d{2,}\.\d{2,})");
   if (!std::regex_match(text.data(), form)) {
     throw ModuleError(path + ": does not describe itself as a module, but as \"" + text.data() +
                       "\"");
@@ -82,6 +82,10 @@ std::vector<std::pair<Signature, ScriptHandler>> FunctionsOf(TarnGetScriptFuncti
                         "\", which cannot be parsed");
     }
     functions.emplace_back(*std::move(signature), row->handler);
+  }
+  if (row->signature != nullptr && *row->signature != '\0') {
+    throw ModuleError(path + ": row " + std::to_string(functions.size() + 1) +
+                      " of its function table, \"" + row->signature + "\", has no handler");
   }
   return functions;
 }

@@ -32,7 +32,7 @@ std::uint64_t UniformSource::NextBits() {
 }  // namespace tarn
 
 double Rand(double limit) {
-  tarn::HostState* host = tarn::CurrentHost();
-  if (host == nullptr) return 0.0;
-  return limit * host->DrawUniform();
+  if (tarn::HostState* host = tarn::CurrentHost()) return limit * host->DrawUniform();
+  static tarn::UniformSource sourceWithoutHost(tarn::kDefaultSeed);
+  return limit * sourceWithoutHost.Next();
 }

@@ -18,20 +18,43 @@ namespace {
 
 /// What an index out of range or a member of a non-object answers with: an empty element that
 /// nothing reads. There are several, so that a caller who holds one of them keeps it for a while.
-Variable& ScratchElement() {
-  thread_local std::array<Variable, 8> elements;
-  thread_local std::size_t next = 0;
-  next = (next + 1) % elements.size();
-  elements[next].Clear();
-  return elements[next];
+struct ScratchElements {
+  std::array<Variable, 8> elements;
+  std::size_t next = 0;
+};
+
+thread_local ScratchElements scratch;
+
+[[gnu::noinline, gnu::cold]] Variable& ScratchElement() {
+  scratch.next = (scratch.next + 1) % scratch.elements.size();
+  Variable& element = scratch.elements[scratch.next];
+  element.Clear();
+  return element;
 }
 
-/// The value to store a number in, its old content freed.
-Variable& MakePlain(Variable& value) {
-  if (Access::IsPlain(value)) return value;
+// Numbers are stored and elements looked up once per element of an array, so the common cases are
+// a few instructions and the rest is kept out of their way.
+
+[[gnu::noinline]] Variable& MakePlainSlowly(Variable& value) {
   Variable& target = Access::Resolve(value);
   Access::Release(target);
   return target;
+}
+
+/// The value to store a number in, its old content freed.
+inline Variable& MakePlain(Variable& value) {
+  return Access::IsPlain(value) ? value : MakePlainSlowly(value);
+}
+
+/// The elements of a value that is no plain array itself; null when there are none.
+[[gnu::noinline]] Variable* FindElements(const Variable& reference) {
+  const Variable& value = Access::Resolve(reference);
+  if (value.IsObject()) return ArrayElements(Access::ObjectOf(value)->Elements());
+  return Access::Type(value) == kArray ? ArrayElements(value) : nullptr;
+}
+
+inline Variable* ElementsOfValue(const Variable& value) {
+  return Access::Type(value) == kArray ? ArrayElements(value) : FindElements(value);
 }
 
 void StoreInteger(Variable& value, std::int64_t number) {
@@ -135,11 +158,11 @@ Variable& Variable::operator=(Variable* target) {
 }
 
 Variable& Variable::operator[](std::int64_t index) {
-  Variable* elements = GetArray();
-  if (elements == nullptr || index < 0 || index >= tarn::HeaderOf(elements)->count) {
-    return tarn::ScratchElement();
+  Variable* elements = tarn::ElementsOfValue(*this);
+  if (elements != nullptr && index >= 0 && index < tarn::HeaderOf(elements)->count) {
+    return elements[index];
   }
-  return elements[index];
+  return tarn::ScratchElement();
 }
 
 Variable& Variable::operator()(const char* name) {
@@ -162,16 +185,11 @@ std::int64_t Variable::GetDim() const {
     const auto* bytes = static_cast<const char*>(value.payload_.block);
     return bytes == nullptr ? 0 : tarn::CharacterCount(bytes);
   }
-  const Variable* elements = value.GetArray();
+  const Variable* elements = tarn::ElementsOfValue(value);
   return elements == nullptr ? 0 : tarn::HeaderOf(elements)->count;
 }
 
-Variable* Variable::GetArray() const {
-  if (typeWord_ == tarn::kArray) return static_cast<Variable*>(payload_.block);
-  const Variable& value = Access::Resolve(*this);
-  if (value.IsObject()) return tarn::ArrayElements(Access::ObjectOf(value)->Elements());
-  return value.typeWord_ == tarn::kArray ? static_cast<Variable*>(value.payload_.block) : nullptr;
-}
+Variable* Variable::GetArray() const { return tarn::ElementsOfValue(*this); }
 
 int Variable::IsInheritFrom(std::uint16_t classId) const {
   const Variable& value = Access::Resolve(*this);
@@ -197,6 +215,10 @@ void Variable::SetCppPointer(void* pointer) {
 void* Variable::GetCppPointer() const {
   const Variable& value = Access::Resolve(*this);
   return value.typeWord_ == tarn::kPointer ? value.payload_.block : nullptr;
+}
+
+void VariableAccess::ClearScratchElements() {
+  for (Variable& element : tarn::scratch.elements) element.Clear();
 }
 
 void VariableAccess::SetText(Variable& value, std::string_view text) {

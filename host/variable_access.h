@@ -99,6 +99,9 @@ struct VariableAccess {
   /// change through one is seen through the other. Everything else is copied.
   static bool Share(Variable& target, const Variable& source);
 
+  /// Frees what was stored in the elements that answered an index out of range in this thread.
+  static void ClearScratchElements();
+
   static void SetText(Variable& value, std::string_view text);
   static void SetComplex(Variable& value, tarn::ComplexNumber number);
 

@@ -60,7 +60,7 @@ double Length(const Variable* elements, std::int64_t count, int depth) {
   return std::scalbn(std::sqrt(sum), exponent);
 }
 
-double NumberOf(const Variable& value, int depth) {
+[[gnu::noinline]] double NumberOf(const Variable& value, int depth) {
   const Variable& resolved = Access::Resolve(value);
   switch (Access::Type(resolved)) {
     case kReal:
