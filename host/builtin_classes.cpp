@@ -100,18 +100,32 @@ bool ConstructArray(Object& object, VarRegister* arguments, int count) {
   return ConstructSequence(object, arguments, count, false);
 }
 
+/// Identifiers of the members that the classes use. They are taken before any script or module can
+/// use up the table of names.
+struct MemberNames {
+  std::uint16_t x = MakeNameId("X");
+  std::uint16_t y = MakeNameId("Y");
+  std::uint16_t progress = MakeNameId("Progress");
+  std::uint16_t caption = MakeNameId("Caption");
+  std::uint16_t cancelled = MakeNameId("Cancelled");
+};
+
+const MemberNames& Names() {
+  static const MemberNames names;
+  return names;
+}
+
 /// The member, created where it does not exist; null with a pending error when it cannot be.
-Variable* MakeMember(Object& object, const char* name) {
-  const std::uint16_t nameId = MakeNameId(name);
-  Variable* member = nameId == kNoName ? nullptr : object.FindOrCreateMember(nameId);
+Variable* MakeMember(Object& object, std::uint16_t nameId) {
+  Variable* member = object.FindOrCreateMember(nameId);
   if (member == nullptr) FailForMemory();
   return member;
 }
 
 /// TFunc(abscissae, ordinates); TFunc(), an empty table.
 bool ConstructTabulatedFunction(Object& object, VarRegister* arguments, int count) {
-  Variable* abscissae = MakeMember(object, "X");
-  Variable* ordinates = abscissae == nullptr ? nullptr : MakeMember(object, "Y");
+  Variable* abscissae = MakeMember(object, Names().x);
+  Variable* ordinates = abscissae == nullptr ? nullptr : MakeMember(object, Names().y);
   if (ordinates == nullptr) return false;
   if (count == 0) return MakeZeros(*abscissae, 0) && MakeZeros(*ordinates, 0);
   if (count != 2) return Fail("TFunc takes two arguments: abscissae and ordinates");
@@ -129,9 +143,9 @@ bool ConstructTabulatedFunction(Object& object, VarRegister* arguments, int coun
 
 bool ConstructProgressWindow(Object& object, VarRegister* /*arguments*/, int count) {
   if (count != 0) return Fail("ProgressWnd takes no arguments");
-  Variable* progress = MakeMember(object, "Progress");
-  Variable* caption = progress == nullptr ? nullptr : MakeMember(object, "Caption");
-  Variable* cancelled = caption == nullptr ? nullptr : MakeMember(object, "Cancelled");
+  Variable* progress = MakeMember(object, Names().progress);
+  Variable* caption = progress == nullptr ? nullptr : MakeMember(object, Names().caption);
+  Variable* cancelled = caption == nullptr ? nullptr : MakeMember(object, Names().cancelled);
   if (cancelled == nullptr) return false;
   *progress = 0;
   VariableAccess::SetText(*caption, "");
@@ -139,42 +153,42 @@ bool ConstructProgressWindow(Object& object, VarRegister* /*arguments*/, int cou
   return true;
 }
 
-double MemberNumber(Object& object, const char* name) {
-  const Variable* member = object.FindMember(MakeNameId(name));
+double MemberNumber(Object& object, std::uint16_t nameId) {
+  const Variable* member = object.FindMember(nameId);
   return member == nullptr ? 0.0 : member->GetDoubleNumb();
 }
 
 void ReportProgress(Object& object) {
   HostState* host = CurrentHost();
   if (host == nullptr || !host->progressWatcher) return;
-  const Variable* caption = object.FindMember(MakeNameId("Caption"));
-  host->progressWatcher(static_cast<std::int32_t>(MemberNumber(object, "Progress")),
+  const Variable* caption = object.FindMember(Names().caption);
+  host->progressWatcher(static_cast<std::int32_t>(MemberNumber(object, Names().progress)),
                         caption == nullptr ? std::string_view() : VariableAccess::Text(*caption));
 }
 
-void SetMember(Object& object, const char* name, const Variable& value) {
-  Variable* member = MakeMember(object, name);
+void SetMember(Object& object, std::uint16_t nameId, const Variable& value) {
+  Variable* member = MakeMember(object, nameId);
   if (member == nullptr) return;
   *member = value;
   ReportProgress(object);
 }
 
 void SetProgress(Object& object, VarRegister* arguments, Variable& /*result*/) {
-  SetMember(object, "Progress", arguments[0].GetVar());
+  SetMember(object, Names().progress, arguments[0].GetVar());
 }
 
 void SetCaption(Object& object, VarRegister* arguments, Variable& /*result*/) {
-  SetMember(object, "Caption", arguments[0].GetVar());
+  SetMember(object, Names().caption, arguments[0].GetVar());
 }
 
 void Cancel(Object& object, VarRegister* /*arguments*/, Variable& /*result*/) {
-  SetMember(object, "Cancelled", Variable(1));
+  SetMember(object, Names().cancelled, Variable(1));
 }
 
 void CheckCancel(Object& object, VarRegister* /*arguments*/, Variable& result) {
   const HostState* host = CurrentHost();
   const bool stopped = host != nullptr && host->StopRequested();
-  const bool cancelled = stopped || MemberNumber(object, "Cancelled") != 0.0;
+  const bool cancelled = stopped || MemberNumber(object, Names().cancelled) != 0.0;
   result = cancelled ? 1 : 0;
   if (cancelled) TarnError(kErrorCancel);
 }
@@ -187,6 +201,7 @@ constexpr ScriptMethod kProgressMethods[] = {
 };
 
 struct BuiltinClasses {
+  const MemberNames& names = Names();
   BaseClass arrayBase{VARCLASS_ARRAY};
   BaseClass vectorBase{VARCLASS_VECTOR};
   ScriptClass array{"Array", &arrayBase, ConstructArray, {}};

@@ -1,9 +1,11 @@
 #include "host/column_reader.h"
 
+#include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iterator>
+#include <cstdio>
+#include <memory>
 #include <string_view>
+#include <utility>
 
 namespace tarn {
 namespace {
@@ -11,11 +13,20 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\v\f";
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
 std::string ReadWholeFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  // Reading to the end sets only the end flag; a directory, for example, fails earlier.
-  if (!file.is_open() || file.bad() || !file) throw ColumnError(path + ": cannot be read");
+  const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+  if (!file) throw ColumnError(path + ": cannot be read");
+  std::string text;
+  std::vector<char> chunk(1 << 16);
+  while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file.get())) {
+    text.append(chunk.data(), count);
+  }
+  // A directory, for example, can be opened but not read.
+  if (std::ferror(file.get()) != 0) throw ColumnError(path + ": cannot be read");
   if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   return text;
 }

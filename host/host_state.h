@@ -57,7 +57,8 @@ struct HostState {
   /// Records an error that was raised already as the last one and makes it pending.
   void MakePending(HostError error);
 
-  /// Lets the interpreter forget a function that no value holds any more; done when it runs next.
+  /// Lets the interpreter forget a function that no value holds any more. Done when a script calls
+  /// a native function next, because values are freed where the interpreter cannot be used.
   void NoteForgotten(int registryKey);
   /// Makes a constant a global of scripts, or removes it when it exists no more.
   void PublishConstant(std::uint16_t nameId);
@@ -92,7 +93,8 @@ struct HostState {
   lua_State* interpreter = nullptr;  ///< the main thread of the interpreter
   lua_State* running = nullptr;      ///< the thread of the script that called into C++; null: none
   int runDepth = 0;                  ///< calls from the embedding program that are under way
-  std::vector<int> forgottenKeys;
+  bool closing = false;              ///< the interpreter runs its last finalisers
+  std::vector<int> forgottenKeys;    ///< registry keys of functions that no value holds any more
 };
 
 /// The host that exists now, hidden or not; null when there is none.

@@ -48,11 +48,6 @@ void OpenEverything(lua_State* lua) {
   });
 }
 
-void ForgetFunctions(HostState& host) {
-  for (const int key : host.forgottenKeys) luaL_unref(host.interpreter, LUA_REGISTRYINDEX, key);
-  host.forgottenKeys.clear();
-}
-
 /// The error of a chunk that could not be loaded, whose message is at the top of the stack.
 [[noreturn]] void FailToLoad(lua_State* lua, int status) {
   if (status == LUA_ERRMEM) throw std::bad_alloc();
@@ -109,13 +104,13 @@ void OpenInterpreter(HostState& host) {
 }
 
 void CloseInterpreter(HostState& host) {
+  host.closing = true;
   lua_close(host.interpreter);
   host.interpreter = nullptr;
 }
 
 ProgramCall::ProgramCall(HostState& host) : host_(host) {
   if (host_.runDepth++ > 0) return;
-  ForgetFunctions(host_);
   const int steps = host_.StopRequested() ? 1 : kStepsBetweenStopChecks;
   lua_sethook(host_.interpreter, CheckStop, LUA_MASKCOUNT, steps);
 }
@@ -147,7 +142,8 @@ std::optional<HostError> RunScriptFile(HostState& host, const std::string& path,
 bool IsIncompleteText(HostState& host, std::string_view text) {
   bool incomplete = false;
   RunProtected(host, [&](lua_State* lua) {
-    if (LoadText(lua, text, "text") != LUA_ERRSYNTAX) return;
+    // A string that is not closed in its line cannot be closed in the next.
+    if (LoadText(lua, std::string(text) + '\n', "text") != LUA_ERRSYNTAX) return;
     incomplete = std::string_view(lua_tostring(lua, -1)).ends_with("<eof>");
   });
   return incomplete;

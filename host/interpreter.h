@@ -19,8 +19,7 @@ void OpenInterpreter(HostState& host);
 /// Ends it; every value that only scripts held is freed.
 void CloseInterpreter(HostState& host);
 
-/// A call from the embedding program: the outermost one begins by forgetting functions that no
-/// value holds any more and ends by taking back a request to stop.
+/// A call from the embedding program: the outermost one takes back a request to stop at its end.
 class ProgramCall {
  public:
   explicit ProgramCall(HostState& host);

@@ -9,6 +9,7 @@
 
 #include "frame/error_numbers.h"
 #include "host/container.h"
+#include "host/error_table.h"
 #include "host/lua_complex.h"
 #include "host/lua_values.h"
 #include "host/method_call.h"
@@ -284,6 +285,8 @@ void OpenBoxes(lua_State* lua) {
 }
 
 Variable& PushBox(lua_State* lua) {
+  // The interpreter runs no finalisers for boxes that are made while it ends.
+  if (HostOf(lua).closing) throw ScriptError(kErrorScript, "the interpreter is ending");
   auto* value = new (lua_newuserdatauv(lua, sizeof(Variable), 0)) Variable;
   lua_rawgetp(lua, LUA_REGISTRYINDEX, &kBoxMetatable);
   lua_setmetatable(lua, -2);

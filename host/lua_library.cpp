@@ -65,6 +65,7 @@ int MakeVector(lua_State* lua) { return Construct(lua, *FindScriptClass("Vector"
 
 /// array(elements or length): a plain array; elements of a length are empty.
 int MakeArray(lua_State* lua) {
+  lua_settop(lua, 1);
   Variable& made = PushBox(lua);
   if (lua_istable(lua, 1)) {
     ReadValue(lua, 1, made);

@@ -43,8 +43,14 @@ int RunCatching(lua_State* lua, const NativeFunction& function, HostState& host,
   return -1;
 }
 
+void ForgetFunctions(lua_State* lua, HostState& host) {
+  for (const int key : host.forgottenKeys) luaL_unref(lua, LUA_REGISTRYINDEX, key);
+  host.forgottenKeys.clear();
+}
+
 int CallGuarded(lua_State* lua, const NativeFunction& function) {
   HostState& host = HostOf(lua);
+  if (!host.forgottenKeys.empty()) ForgetFunctions(lua, host);
   const RunningThread thread(host, lua);
   const RunningFunction name(host, function.name == nullptr ? host.runningFunction : function.name);
   HostError error;
