@@ -3,11 +3,12 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
 #include <optional>
-#include <regex>
+#include <string_view>
 
 namespace tarn {
 namespace {
@@ -57,11 +58,35 @@ Entry EntryAt(const EntryTable& table, TarnOrdinal ordinal, const std::string& p
   return reinterpret_cast<Entry>(entry);
 }
 
+/// Takes digits off the beginning of a text. False when there are fewer than `fewest`.
+bool TakeDigits(std::string_view& text, std::size_t fewest) {
+  const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
+  text.remove_prefix(count);
+  return count >= fewest;
+}
+
+bool TakePoint(std::string_view& text) {
+  if (!text.starts_with('.')) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+/// Whether a text has the form "words |TARN version:5.09.02".
+bool IsDescription(std::string_view text) {
+  constexpr std::string_view kVersion = " |TARN version:";
+  const std::size_t end = text.find(kVersion);
+  if (end == std::string_view::npos) return false;
+  const std::string_view words = text.substr(0, end);
+  if (words.find_first_not_of(' ') == std::string_view::npos) return false;
+  text.remove_prefix(end + kVersion.size());
+  return TakeDigits(text, 1) && TakePoint(text) && TakeDigits(text, 2) && TakePoint(text) &&
+         TakeDigits(text, 2) && text.empty();
+}
+
 std::string DescriptionOf(TarnDescribeModule describe, const std::string& path) {
   std::array<char, 256> text = {};
   describe(text.data(), static_cast<std::int32_t>(text.size() - 1));
-  static const std::regex form(R"([^|]*[^| ][^|]* \|TARN version:\d+\.\d{2,}\.\d{2,})");
-  if (!std::regex_match(text.data(), form)) {
+  if (!IsDescription(text.data())) {
     throw ModuleError(path + ": does not describe itself as a module, but as \"" + text.data() +
                       "\"");
   }

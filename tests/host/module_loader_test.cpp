@@ -94,7 +94,7 @@ TEST_F(ModuleLoaderTest, FindsHandlersByName) {
 TEST_F(ModuleLoaderTest, RefusesAFileThatIsNotThere) { Refusal("/no/such/directory/module.so"); }
 
 TEST_F(ModuleLoaderTest, RefusesAFileThatIsNoLibrary) {
-  const std::string path = ::testing::TempDir() + "tarn_no_library.so";
+  const std::string path = TemporaryPath("no_library.so");
   std::ofstream(path) << "this is no library";
   Refusal(path);
 }

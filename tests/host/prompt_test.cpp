@@ -66,7 +66,7 @@ TEST_F(PromptTest, PrintsToStandardOutputWithoutASink) {
 }
 
 TEST_F(PromptTest, RunsFilesWithArguments) {
-  const std::string path = ::testing::TempDir() + "tarn_prompt_test.lua";
+  const std::string path = TemporaryPath("script.lua");
   std::ofstream(path) << "#!/usr/bin/env tarn\nprint(select('#', ...), ..., arg[0], arg[2])\n";
   const std::vector<std::string> arguments = {"one", "two"};
   ASSERT_TRUE(host.RunFile(path, arguments)) << host.TakeError().ToString();

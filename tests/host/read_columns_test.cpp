@@ -13,7 +13,7 @@ namespace {
 
 class ReadColumnsTest : public HostTest {
  protected:
-  ReadColumnsTest() : path(::testing::TempDir() + "tarn_read_columns_test.txt") {}
+  ReadColumnsTest() : path(TemporaryPath("columns.txt")) {}
   ~ReadColumnsTest() override { std::filesystem::remove(path); }
 
   /// The columns of a file with that content, as text.

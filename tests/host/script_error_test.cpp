@@ -18,7 +18,7 @@ class ScriptErrorTest : public HostTest {
   }
 
   std::string WriteScript(const std::string& text) {
-    const std::string path = ::testing::TempDir() + "tarn_script_error_test.lua";
+    const std::string path = TemporaryPath("script.lua");
     std::ofstream(path) << text;
     return path;
   }
@@ -125,7 +125,7 @@ TEST_F(ScriptErrorTest, InAFileNamesFileAndLine) {
 }
 
 TEST_F(ScriptErrorTest, InAFileWithALongPathNamesAllOfIt) {
-  const std::string path = ::testing::TempDir() + std::string(100, 'x') + ".lua";
+  const std::string path = TemporaryPath(std::string(100, 'x') + ".lua");
   std::ofstream(path) << "\nerror('here')";
   EXPECT_FALSE(host.RunFile(path));
   const HostError error = host.TakeError();

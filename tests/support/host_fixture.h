@@ -5,10 +5,16 @@
 /// A host per test, with its text output captured.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <string>
 
 #include "host/embedded_host.h"
+
+/// A path for a file of this test process alone; tests run side by side.
+inline std::string TemporaryPath(const std::string& name) {
+  return ::testing::TempDir() + "tarn_" + std::to_string(getpid()) + "_" + name;
+}
 
 class HostTest : public ::testing::Test {
  protected:
