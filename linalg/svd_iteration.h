@@ -13,6 +13,10 @@
 ///  2. l = k: the singular value has converged; if negative, it and column k of V change sign.
 ///  3. Otherwise a sweep from l to k, with the shift from the bottom 2 x 2 minor.
 /// A value that has not converged after 30 sweeps stays as it is; nothing is reported.
+///
+/// A matrix with fewer rows than columns leaves one superdiagonal element in a column whose
+/// diagonal is 0. It is cleared first, by rotations of V, so that the values beyond the rows are
+/// exactly 0 (G. H. Golub, C. F. Van Loan, Matrix Computations, 4th ed., section 8.6.2).
 
 #include <cmath>
 
@@ -44,6 +48,7 @@ class SvdIteration {
       : p_(problem), u_(rotationsOfU), v_(rotationsOfV) {}
 
   void Run() {
+    if (p_.m < p_.n) ClearColumnBeyondRows();
     for (int k = p_.n - 1; k >= 0; --k) Converge(k);
     u_.Apply();
     v_.Apply();
@@ -53,6 +58,24 @@ class SvdIteration {
   static constexpr int kMaxSweeps = 30;
 
   bool IsNegligible(Element value) const { return std::abs(value) + p_.norm == p_.norm; }
+
+  /// Rotates column m of V with columns m - 1, m - 2, ... until nothing is left of superdiagonal
+  /// element m; the rest of it climbs from row to row.
+  void ClearColumnBeyondRows() {
+    v_.BeginFan(p_.m, p_.m - 1, -1);
+    Element f = p_.superdiagonal[p_.m];
+    p_.superdiagonal[p_.m] = 0;
+    for (int i = p_.m - 1; i >= 0 && !IsNegligible(f); --i) {
+      const Element g = p_.diagonal[i];
+      const Element hypotenuse = Hypotenuse(f, g);
+      p_.diagonal[i] = hypotenuse;
+      const Element c = g / hypotenuse;
+      const Element s = f / hypotenuse;
+      f = -s * p_.superdiagonal[i];
+      p_.superdiagonal[i] = c * p_.superdiagonal[i];
+      v_.Add(c, -s);
+    }
+  }
 
   void Converge(int k) {
     for (int sweep = 1; sweep <= kMaxSweeps; ++sweep) {
@@ -79,7 +102,7 @@ class SvdIteration {
   /// Rotates column l - 1 of U with columns l, l + 1, ... until nothing is left of superdiagonal
   /// element l.
   void ClearSuperdiagonal(int l, int k) {
-    u_.BeginFan(l - 1, l);
+    u_.BeginFan(l - 1, l, 1);
     Element c = 0;
     Element s = 1;
     for (int i = l; i <= k; ++i) {

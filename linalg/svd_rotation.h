@@ -25,7 +25,7 @@ struct Rotation {
 /// What a run of recorded operations does.
 enum class RotationKind {
   kChain,  ///< rotates columns (first, first + 1), (first + 1, first + 2), ...
-  kFan,    ///< rotates columns (first, second), (first, second + 1), ...
+  kFan,    ///< rotates columns (first, second), (first, second + step), ...
   kNegate  ///< changes the sign of column `first`; has no rotations
 };
 
@@ -33,6 +33,7 @@ struct RotationRun {
   RotationKind kind;
   int first;
   int second;  ///< for a fan; otherwise unused
+  int step;    ///< for a fan: 1 or -1; otherwise unused
   int count;   ///< rotations of the run
 };
 
@@ -43,7 +44,7 @@ void RotateRow(Element* row, const RotationRun& run, const Rotation<Element>* ro
   for (int k = 0; k < run.count; ++k) {
     const bool isChain = run.kind == RotationKind::kChain;
     Element& left = row[isChain ? run.first + k : run.first];
-    Element& right = row[isChain ? run.first + k + 1 : run.second + k];
+    Element& right = row[isChain ? run.first + k + 1 : run.second + k * run.step];
     const Element x = left;
     const Element z = right;
     left = x * rotations[k].c + z * rotations[k].s;
@@ -59,9 +60,11 @@ class RotationLog {
   RotationLog(const RotationLog&) = delete;
   RotationLog& operator=(const RotationLog&) = delete;
 
-  void BeginChain(int first) { Begin({RotationKind::kChain, first, 0, 0}); }
-  void BeginFan(int first, int second) { Begin({RotationKind::kFan, first, second, 0}); }
-  void Negate(int column) { Begin({RotationKind::kNegate, column, 0, 0}); }
+  void BeginChain(int first) { Begin({RotationKind::kChain, first, 0, 0, 0}); }
+  void BeginFan(int first, int second, int step) {
+    Begin({RotationKind::kFan, first, second, step, 0});
+  }
+  void Negate(int column) { Begin({RotationKind::kNegate, column, 0, 0, 0}); }
 
   /// Adds a rotation to the run begun last.
   void Add(Element c, Element s) {
@@ -95,7 +98,11 @@ class RotationLog {
   /// Makes room in the middle of a run and begins it anew where it was left.
   void ContinueAfterApply() {
     RotationRun rest = runs_[runCount_ - 1];
-    (rest.kind == RotationKind::kChain ? rest.first : rest.second) += rest.count;
+    if (rest.kind == RotationKind::kChain) {
+      rest.first += rest.count;
+    } else {
+      rest.second += rest.count * rest.step;
+    }
     rest.count = 0;
     Apply();
     Begin(rest);

@@ -4,7 +4,7 @@
 
 namespace {
 
-class SolveBitsTest : public KernelChoiceTest {
+class SolveBitsTest : public KernelSetTest {
  protected:
   template <class T>
   void CompareSolutions(const Dense<T>& a, const std::vector<T>& b) {
@@ -102,6 +102,7 @@ TEST_P(SolveBitsTest, SingularAtEveryColumn) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, SolveBitsTest, EveryKernelChoice(), KernelName);
+INSTANTIATE_TEST_SUITE_P(Kernels, SolveBitsTest, ::testing::ValuesIn(tarn::kKernelSets),
+                         KernelName);
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "host/embedded_host.h"
+#include "linalg/kernels.h"
 #include "tarn_base_math.h"
 
 /// Elements stored row after row.
@@ -196,19 +197,18 @@ class SolverTest : public ::testing::Test {
 
 using ElementTypes = ::testing::Types<float, double>;
 
-/// Bit-for-bit tests run once for every choice of kernels. The choice is read when a kernel is
-/// first used, so it has to be made before; a machine without the instructions uses the best that
-/// it has.
-class KernelChoiceTest : public ::testing::TestWithParam<const char*> {
+/// Bit-for-bit tests run once for every set of kernels that the machine has.
+class KernelSetTest : public ::testing::TestWithParam<tarn::KernelSet> {
  protected:
-  KernelChoiceTest() { setenv("TARN_KERNELS", GetParam(), 1); }
+  void SetUp() override {
+    if (!tarn::SelectKernels(GetParam())) GTEST_SKIP() << "no such instructions here";
+  }
 
   EmbeddedHost host;
 };
 
-inline auto EveryKernelChoice() { return ::testing::Values("plain", "avx2", "avx512"); }
-inline std::string KernelName(const ::testing::TestParamInfo<const char*>& info) {
-  return info.param;
+inline std::string KernelName(const ::testing::TestParamInfo<tarn::KernelSet>& info) {
+  return tarn::KernelSetName(info.param);
 }
 
 #endif
