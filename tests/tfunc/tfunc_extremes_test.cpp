@@ -66,6 +66,17 @@ TEST(TFuncExtremes, AtTheFirstAndTheLastPoint) {
   EXPECT_EQ(f.maxYindex(), 2);
 }
 
+TEST(TFuncExtremes, FarBelowAndFarAboveZero) {
+  double x[] = {1, 2, 3};
+  double low[] = {-3e299, -2e299, -5e299};
+  TFunc f(x, low, 3);
+  EXPECT_EQ(f.maxY(), -2e299);
+  EXPECT_EQ(Extremes(f).maxX, 2);
+  f *= -1.0;
+  EXPECT_EQ(f.minY(), 2e299);
+  EXPECT_EQ(Extremes(f).minX, 2);
+}
+
 TEST(TFuncExtremes, NothingBeatsTheSeed) {
   double x[] = {7, 8};
   double huge[] = {1e300, kInfinity};
