@@ -60,7 +60,8 @@ LineEditor::LineEditor(std::string historyPath, Completer completer)
   el_set(editor_, EL_EDITOR, "emacs");
   el_set(editor_, EL_SIGNAL, 1);
   el_set(editor_, EL_GETCFN, &LineEditor::ReadCharacter);
-  el_set(editor_, EL_ADDFN, "tarn-complete", "Complete the name", &LineEditor::Complete);
+  // The wide call keeps these texts, the narrow one copies of them that nobody frees.
+  el_wset(editor_, EL_ADDFN, L"tarn-complete", L"Complete the name", &LineEditor::Complete);
   el_set(editor_, EL_BIND, "^I", "tarn-complete", nullptr);
   el_set(editor_, EL_BIND, "^R", "em-inc-search-prev", nullptr);
   el_source(editor_, nullptr);
