@@ -64,7 +64,7 @@ A signature gives the kinds of the arguments:
 |---|---|
 | `number` | a number |
 | `int` | an integer |
-| `any` | a number gives a number. An array (a script table `{1, 2, 3}` or a host array) gives an array, element by element. A tabulated function gives a tabulated function with the same abscissae. A vector value counts as one number. Any other argument raises error 3. |
+| `any` | a number gives a number. An array (a script table `{1, 2, 3}` or a host array) gives an array, element by element. A tabulated function gives a tabulated function with the same abscissae. A vector value counts as one number, its Euclidean length. Any other argument raises error 3. |
 | `refer object Vector` | an array or a vector |
 
 Where the count or the kinds of arguments do not fit the signature, the call ends with an error

@@ -7,6 +7,7 @@ Nothing here uses the module: the statistics are computed from their definitions
 """
 
 import re
+import subprocess
 import sys
 import unittest
 
@@ -50,7 +51,21 @@ def f_test(first, second):
     return 2 * mpmath.quad(density, [ratio, 2 * ratio, 10 * ratio, mpmath.inf])
 
 
+def written_by(generator):
+    return subprocess.run([sys.executable, generator], capture_output=True, text=True,
+                          check=True).stdout
+
+
 class ExampleValuesTest(unittest.TestCase):
+    def test_generated_files_are_what_their_generators_write(self):
+        truth = f"{EXAMPLES}/../tests/truth"
+        for generator, name in (
+            (f"{EXAMPLES}/data/make_bessel_zeros.py", f"{EXAMPLES}/data/bessel_zeros.csv"),
+            (f"{truth}/make_help_examples.py", f"{truth}/help_examples.txt"),
+        ):
+            with open(name, encoding="utf-8") as file:
+                self.assertEqual(file.read(), written_by(generator), name)
+
     def test_michelson(self):
         series = columns("michelson_1879.txt")
         text = expected("michelson_f_test")
