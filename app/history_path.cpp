@@ -10,7 +10,7 @@ std::string HistoryPath() {
   const char* state = std::getenv("XDG_STATE_HOME");
   const char* home = std::getenv("HOME");
   fs::path folder;
-  // The base directory specification: a relative path counts as not set.
+  // As with all XDG base directories, a relative path counts as not set.
   if (state != nullptr && fs::path(state).is_absolute()) {
     folder = fs::path(state) / "tarn";
   } else if (home != nullptr && *home != '\0') {
