@@ -76,9 +76,11 @@ void RunSimpsonOnEqualSteps(double h, const double* y, int n, double* integral) 
   const double twelfth = h / 12;
   integral[0] = 0;
   integral[1] = (5 * y[0] + 8 * y[1] - y[2]) * twelfth;
-  for (int i = 2; i < n; ++i) {
-    integral[i] = i % 2 == 0 ? integral[i - 2] + (y[i - 2] + 4 * y[i - 1] + y[i]) * third
-                             : integral[i - 1] + (8 * y[i - 1] + 5 * y[i] - y[i - 2]) * twelfth;
+  double whole = 0;  // up to the last even knot
+  for (int i = 2; i < n; i += 2) {
+    whole += (y[i - 2] + 4 * y[i - 1] + y[i]) * third;
+    integral[i] = whole;
+    if (i + 1 < n) integral[i + 1] = whole + (8 * y[i] + 5 * y[i + 1] - y[i - 1]) * twelfth;
   }
 }
 
@@ -120,12 +122,14 @@ double IntegralInOrder(const TFunc& f, tarn::IntervalSearch& search, double lo, 
   const double* const x = f.X;
   const double* const y = f.Y;
   const int first = FirstKnotFrom(x, f.N, search, lo);
+  const double yLo = f(lo);  // while the search remembers lo
   const int last = LastKnotUpTo(x, f.N, search, hi);
-  if (first > last) return Trapezoid(lo, f(lo), hi, f(hi));
+  const double yHi = f(hi);
+  if (first > last) return Trapezoid(lo, yLo, hi, yHi);
 
-  double sum = x[first] == lo ? 0 : Trapezoid(lo, f(lo), x[first], y[first]);
+  double sum = x[first] == lo ? 0 : Trapezoid(lo, yLo, x[first], y[first]);
   for (int i = first; i < last; ++i) sum += Trapezoid(x[i], y[i], x[i + 1], y[i + 1]);
-  return sum + Trapezoid(x[last], y[last], hi, f(hi));
+  return sum + Trapezoid(x[last], y[last], hi, yHi);
 }
 
 // ln of the integral of exp over a table.
