@@ -25,6 +25,10 @@ class CoordinateSearch;
 template <class T>
 struct ClimbTestAccess;
 
+/// Passes after which a line search ends at the latest. The searches end by themselves long before:
+/// they never look twice at a distance, and each pass at least halves a gap every other time.
+inline constexpr std::int64_t kLineSearchPassLimit = 10000;
+
 /// What a minimiser reports about its last solve.
 struct SolveRecord {
   StopReason reason = StopReason::kNotRun;
@@ -337,6 +341,7 @@ class TARN_API T_Climb : public TarnAss {
   tarn::SolveRecord record_;
   tarn::PointPool<T> pool_;           ///< points and values of one batch, kept between batches
   T_MatVectorCol<T> evaluatedPoint_;  ///< the copy of a point that an objective may write to
+  std::int64_t lineSearchPassLimit_;
 
   /// Steps of all line searches since the last one began; one counter for all objects.
   static int lineSearchStep_;

@@ -19,9 +19,6 @@
 
 namespace tarn {
 
-/// Passes after which a line search ends at the latest.
-inline constexpr std::int64_t kLineSearchPassLimit = 10000;
-
 template <class T>
 class LineSearch {
  public:

@@ -145,7 +145,7 @@ void LineSearch<T>::RunPasses() {
   ChooseNeighbours();
   do {
     if (!AttendHost()) return;
-    if (passes == kLineSearchPassLimit) {
+    if (passes == climb_.lineSearchPassLimit_) {
       reason_ = StopReason::kLineSearchLimit;
       return;
     }

@@ -47,7 +47,8 @@ T_Climb<T>::T_Climb(Variable& function, int n, T* boundaries, T* start, T accura
       errorIfMaxItterNumberExceed_(1),
       limitDirectionStep_(0),
       maxRealtiveStepNorm_(tarn::kDefaultMaxRealtiveStepNorm<T>),
-      covarianceFlag_(1) {
+      covarianceFlag_(1),
+      lineSearchPassLimit_(tarn::kLineSearchPassLimit) {
   if (aMinStep == 0) aMinStep = tarn::kDefaultMinStep<T>;
   Build(boundaries, start);
 }
@@ -100,6 +101,7 @@ void T_Climb<T>::CopySettings(const T_Climb& other) {
   limitDirectionStep_ = other.limitDirectionStep_;
   maxRealtiveStepNorm_ = other.maxRealtiveStepNorm_;
   covarianceFlag_ = other.covarianceFlag_;
+  lineSearchPassLimit_ = other.lineSearchPassLimit_;
   record_ = other.record_;
 }
 

@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace reference {
@@ -52,6 +54,10 @@ class Climb {
   bool covarianceStored = false;
   bool limitReached = false;
   int derivativeCalls = 0;
+  std::vector<std::string> window;  // calls that a progress window and the host's idle work get
+  int restarts = 0;
+  int endsWithoutRestart = 0;
+  int passes = 0;  // through all line searches
 
   Climb(Objective objective, const Point<T>& bounds, const Point<T>& start)
       : f(std::move(objective)), n(start.Count()), lo(n), hi(n), inv(n), scaled(n) {
@@ -91,13 +97,18 @@ class Climb {
   // Solves ----------------------------------------------------------------------------------------
 
   void SolveQuasiNewton(bool bfgs, int limit) {
+    WindowProgress(30);
+    WindowCheck();
     best = scaled;
     const T f0 = At(best);
     traced.emplace_back(best, f0);
-    QuasiNewton(bfgs, f0, limit);
+    const T fx = QuasiNewton(bfgs, f0, limit);
+    WindowReport(100, fx);
   }
 
   void SolvePowell() {
+    WindowProgress(1);
+    WindowCheck();
     best = scaled;
     T fx = At(best);
     Axes();
@@ -106,13 +117,16 @@ class Climb {
     bool pending = false;
     int it = 0;
     while (it < maxPasses) {
+      if (it % 10 == 0) WindowReport(it % 100, fx);
       const T fn = PowellPass(fx, directions, everReplaced);
       traced.emplace_back(best, fn);
-      if (PassEnds(fx, fn, everReplaced, pending)) break;
+      const bool ends = PassEnds(fx, fn, everReplaced, pending);
       fx = fn;
+      if (ends) break;
       ++it;
     }
     limitReached = it == maxPasses;
+    WindowReport(100, fx);
   }
 
   void SolvePowellOnce() {
@@ -124,6 +138,8 @@ class Climb {
   }
 
   void Solve(int inner) {
+    WindowProgress(1);
+    WindowCheck();
     best = scaled;
     T fx = At(best);
     traced.emplace_back(best, fx);
@@ -138,14 +154,17 @@ class Climb {
     bool pending = false;
     int it = 0;
     while (it < maxPasses) {
+      if (it % 10 == 0) WindowReport(it % 100, fx);
       const T f1 = QuasiNewton(false, fx, inner);
       const T fn = PowellPass(f1, directions, everReplaced);
       traced.emplace_back(best, fn);
-      if (PassEnds(fx, fn, everReplaced, pending)) break;
+      const bool ends = PassEnds(fx, fn, everReplaced, pending);
       fx = fn;
+      if (ends) break;
       ++it;
     }
     limitReached = it == maxPasses;
+    WindowReport(100, fx);
   }
 
   void SolveByCoord(const Point<T>& steps) {
@@ -227,6 +246,17 @@ class Climb {
     if (!(from >= 0 && from <= 1)) return moved;
     if (moved < 0) return 0;
     return moved > 1 ? 1 : moved;
+  }
+
+  void WindowProgress(int value) { window.push_back("SetProgress " + std::to_string(value)); }
+  void WindowCheck() { window.emplace_back("CheckCancel"); }
+  void WindowReport(int value, T residue) {
+    char caption[64];
+    std::snprintf(caption, sizeof caption, "SetCaption Residue = %.10g",
+                  static_cast<double>(residue));
+    WindowProgress(value);
+    window.emplace_back(caption);
+    WindowCheck();
   }
 
   static T Norm(const Point<T>& v) {
@@ -316,6 +346,7 @@ class Climb {
   };
 
   T LineSearch(T f0, const Point<T>& d, bool useLength) {
+    window.emplace_back("FlushIdle");
     const T length = Norm(d);
     if (length == 0) return f0;
     Point<T> dn(n);
@@ -405,6 +436,11 @@ class Climb {
     T cap = 0;
     int stall = 0;
     for (int pass = 0; pass < 10000; ++pass) {
+      if (pass % 10 == 0) {
+        window.emplace_back("FlushIdle");
+        WindowCheck();
+      }
+      ++passes;
       const T bestBefore = fBest;
       const T gapP = std::fabs(table[k].t - table[p].t);
       const T gapQ = std::fabs(table[q].t - table[k].t);
@@ -547,7 +583,10 @@ class Climb {
     if (Small(g)) return early();
     int it = 0;
     bool lastOk = false;
+    int progress = 0;
     while (it < limit) {
+      ++progress;
+      if (progress % 10 == 0) WindowReport(progress % 100, fx);
       const Point<T> dx = Minus(best, xprev);
       const Point<T> dg = Minus(g, gprev);
       const Point<T> Hdg = Times(H, dg);
@@ -578,7 +617,11 @@ class Climb {
       const Point<T> newStart = best;
       T fn = LineSearch(fx, d, true);
       if (fn >= fx) {
-        if (!lastOk && it > 3) break;
+        if (!lastOk && it > 3) {
+          ++endsWithoutRestart;
+          break;
+        }
+        ++restarts;
         for (int i = 0; i < n; ++i) {
           for (int j = 0; j < n; ++j) H[i][j] = i == j ? 1 : 0;
         }

@@ -44,6 +44,7 @@ struct ClimbTestAccess {
   static int& CovarianceFlag(Climb& c) { return c.covarianceFlag_; }
   static T MaxRealtiveStepNorm(Climb& c) { return c.maxRealtiveStepNorm_; }
   static Variable& GradFunc(Climb& c) { return c.gradFunc_; }
+  static std::int64_t& LineSearchPassLimit(Climb& c) { return c.lineSearchPassLimit_; }
   static int LineSearchStep() { return T_Climb<T>::lineSearchStep_; }
 
   static void InitStep(Climb& c) { c.InitStep(); }

@@ -134,8 +134,11 @@ class ClimbTrajectoryTest : public ClimbTest {
     }
     EXPECT_EQ(climb.GetEvaluationCount(), static_cast<std::int64_t>(expected.evaluated.size()));
     EXPECT_EQ(this->output, TraceText(expected)) << what;
+    EXPECT_EQ(climb.GetLineSearchPassCount(), expected.passes) << what;
     EXPECT_EQ(this->host.HasError(), expected.limitReached) << what;
     evaluations_ += RecordedObjective<T>::calls.size();
+    restarts_ += expected.restarts;
+    endsWithoutRestart_ += expected.endsWithoutRestart;
     this->host.TakeError();
   }
 
@@ -150,6 +153,8 @@ class ClimbTrajectoryTest : public ClimbTest {
   }
 
   std::size_t evaluations_ = 0;
+  int restarts_ = 0;
+  int endsWithoutRestart_ = 0;
 };
 
 using Elements = testing::Types<float, double>;
@@ -157,10 +162,47 @@ TYPED_TEST_SUITE(ClimbTrajectoryTest, Elements);
 
 TYPED_TEST(ClimbTrajectoryTest, StandardCollection) {
   this->CompareAll(problems::MoreGarbowHillstrom<TypeParam>::All());
+  // A direction that fails is replaced by the gradient, but not after it failed twice in a row.
+  EXPECT_GT(this->restarts_, 0);
+  EXPECT_GT(this->endsWithoutRestart_, 0);
 }
 
 TYPED_TEST(ClimbTrajectoryTest, BoundedProblems) {
   this->CompareAll(problems::Bounded<TypeParam>());
+}
+
+template <class T>
+T SlopeOfBowl(T_MatVector<T>& x, int i, Variable* /*extra*/) {
+  return i == 0 ? 2 * (x[0] - T(0.3)) : i == 1 ? 8 * (x[1] + 1) : T(0);
+}
+
+TYPED_TEST(ClimbTrajectoryTest, DerivativeFunction) {
+  using T = TypeParam;
+  const auto bowl = [](const T* x) {
+    return (x[0] - T(0.3)) * (x[0] - T(0.3)) + 4 * (x[1] + 1) * (x[1] + 1);
+  };
+  for (const T lower : {T(-3), T(-1), T(0.5)}) {
+    const problems::Problem<T> problem{
+        "bowl", {T(0.9), 2, 7}, {T(-2), T(1), lower, T(3), 7, 7}, 0, 0, bowl};
+    for (const bool bfgs : {false, true}) {
+      reference::Climb<T> expected(
+          [&problem](const reference::Point<T>& x) { return problem.f(x.data()); },
+          Indexed(problem.bounds), Indexed(problem.start));
+      expected.accuracy = T(1e-4);
+      expected.derivative = [](const reference::Point<T>& x, int i) {
+        T_MatVectorCol<T> vector(x.data(), x.Count());
+        return SlopeOfBowl<T>(vector, i, nullptr);
+      };
+      T_Climb<T> climb = MakeClimb(problem, T(1e-4));
+      Variable derivative;
+      derivative.SetCppPointer(reinterpret_cast<void*>(&SlopeOfBowl<T>));
+      climb.SetDerivFunc(derivative);
+      expected.SolveQuasiNewton(bfgs, 50);
+      bfgs ? climb.SolveBFGS(50) : climb.SolveDFP(50);
+      ExpectSamePoints<T>(RecordedObjective<T>::calls, expected.evaluated, "bowl");
+      EXPECT_NEAR(climb.GetResult()[1], std::max(lower, T(-1)), 1e-2);
+    }
+  }
 }
 
 TYPED_TEST(ClimbTrajectoryTest, CoarseAndZeroAccuracy) {
