@@ -3,11 +3,13 @@
 
 /// @file
 /// The tables of kernels, one pair per instruction set. The sets beyond the plain one exist on
-/// x86-64 only.
+/// x86-64 only, and not where the compiler cannot be trusted with them.
 
 #include "linalg/kernel_table.h"
 
-#if defined(__x86_64__)
+// On Windows g++ does not align the stack for wide registers that it saves there
+// (https://gcc.gnu.org/PR54412).
+#if defined(__x86_64__) && !(defined(_WIN32) && !defined(__clang__))
 #define TARN_HAS_X86_KERNELS 1
 #endif
 

@@ -14,8 +14,8 @@ namespace tarn {
 namespace {
 
 /// Rows of a that stay in the second-level cache while all panels of b pass by.
-constexpr Index kRowBlock = 256;
-constexpr Index kDepthBlock = TARN_KERNEL_DEPTH;
+inline constexpr Index kRowBlock = 256;
+inline constexpr Index kDepthBlock = TARN_KERNEL_DEPTH;
 
 template <class Element>
 constexpr Index kPanelWidth = TARN_KERNEL_VECTORS* kLanes<Element>;

@@ -23,19 +23,14 @@
 
 #include <cstdint>
 
+#include "arrays/typed_array.h"
 #include "frame/export.h"
-
-class Variable;
-template <class Element>
-class T_Array;
-template <class Element>
-class T_MatVector;
-template <class Element>
-class T_MatVectorCol;
+#include "frame/host_value.h"
+#include "linalg/forward.h"
 
 /// Dense matrix of `float` or `double`.
 template <class Element>
-class TARN_API T_Matrix {
+class T_Matrix {
  public:
   // Construction and shape ----------------------------------------------------------------------
 
@@ -274,6 +269,7 @@ class TARN_API T_Matrix {
   std::int64_t Offset(int i, int j) const { return static_cast<std::int64_t>(i) * x + j; }
   std::int64_t Count() const { return Offset(y, 0); }
   std::int64_t StoredCount() const { return data != nullptr ? Count() : 0; }
+  bool HasItsElements() const { return data != nullptr || Count() == 0; }
   bool HasShape(int rows, int cols) const { return x == cols && y == rows; }
   bool FitsInPlace(int rows, int cols) const;
   void SetShape(int rows, int cols);

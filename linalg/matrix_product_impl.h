@@ -56,7 +56,7 @@ int T_Matrix<Element>::Mul(const T_Matrix& b, T_Matrix& c) const {
   }
   c.SetDim(y, b.x);
   MultiplyInto(b, c);
-  return c.data != nullptr ? 1 : 0;
+  return c.HasItsElements() ? 1 : 0;
 }
 
 template <class Element>
@@ -70,7 +70,7 @@ int T_Matrix<Element>::MulT(const T_Matrix& b, T_Matrix& c) const {
   }
   c.SetDim(y, b.y);
   MultiplyTransposedInto(b, c);
-  return c.data != nullptr ? 1 : 0;
+  return c.HasItsElements() ? 1 : 0;
 }
 
 template <class Element>

@@ -24,19 +24,15 @@
 #include <type_traits>
 
 #include "frame/export.h"
-
-class Variable;
-template <class Element>
-class T_Matrix;
-template <class Element>
-class T_MatVectorRow;
+#include "frame/host_value.h"
+#include "linalg/forward.h"
 
 /// Dense vector of `float` or `double`.
 ///
 /// `T_MatVectorCol` and `T_MatVectorRow` add no fields, so a function that takes a `T_MatVector`
 /// takes either. Nothing is virtual: delete an object through a pointer of its own type.
 template <class Element>
-class TARN_API T_MatVector {
+class T_MatVector {
  public:
   /// The other floating-point type, from which a vector can be converted.
   using OtherElement = std::conditional_t<std::is_same_v<Element, double>, float, double>;
@@ -197,7 +193,7 @@ class TARN_API T_MatVector {
 
 /// Column vector.
 template <class Element>
-class TARN_API T_MatVectorCol : public T_MatVector<Element> {
+class T_MatVectorCol : public T_MatVector<Element> {
  public:
   using typename T_MatVector<Element>::OtherElement;
 
@@ -247,7 +243,7 @@ class TARN_API T_MatVectorCol : public T_MatVector<Element> {
 /// x[j]. For a square matrix that is m*x, not the product of row and matrix. Positions beyond the
 /// end of a matrix that is not square count as 0.
 template <class Element>
-class TARN_API T_MatVectorRow : public T_MatVector<Element> {
+class T_MatVectorRow : public T_MatVector<Element> {
  public:
   using typename T_MatVector<Element>::OtherElement;
 

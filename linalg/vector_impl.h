@@ -95,7 +95,7 @@ T_MatVector<Element>::~T_MatVector() {
 
 template <class Element>
 T_MatVector<Element>& T_MatVector<Element>::operator=(const T_MatVector& other) {
-  ReplaceByCopy(other.data, other.dim);
+  if (this != &other) ReplaceByCopy(other.data, other.dim);
   return *this;
 }
 

@@ -50,6 +50,7 @@ MatVectorColSet::MatVectorColSet(const MatVectorColSet& other)
 MatVectorColSet::~MatVectorColSet() { delete[] items; }
 
 MatVectorColSet& MatVectorColSet::operator=(const MatVectorColSet& other) {
+  if (this == &other) return *this;
   if (count != other.count) {
     delete[] items;
     items = NewVectors(other.count);
