@@ -29,43 +29,49 @@ constexpr double kMillerScale = 1e-10;
 // Below, (x/2)^2/2 is less than half the least positive double, and so is I_n(x) for n >= 2.
 constexpr double kMillerUnderflow = 1e-163;
 
-/// Values of the recurrence: at the wanted order and at order 0, in one common scale.
-struct MillerValues {
-  double atOrder;
-  double atZero;
-};
+/// Values of the recurrence I_{j-1} = I_{j+1} + (2j/x) I_j, in one common scale [2].
+struct MillerRecurrence {
+  double tox;            ///< 2/x
+  double above = 0.0;    ///< order j, once step j is done
+  double current = 1.0;  ///< order j - 1
+  double atOrder = 0.0;  ///< the order wanted, once passed
 
-/// I_{j-1} = I_{j+1} + (2j/x) I_j from j = start down to 1, from arbitrary starting values [2].
-/// Whenever a value passes 1e10 all are scaled down: once a step, or, with `untilSmall`, as often
-/// as it takes.
-template <bool untilSmall>
-MillerValues MillerRecurrence(int n, double tox, int start) {
-  double above = 0.0;
-  double current = 1.0;
-  double atOrder = 0.0;
-  for (int j = start; j >= 1; --j) {
-    const double below = above + j * tox * current;
-    above = current;
-    current = below;
-    while (std::fabs(current) > kMillerLarge) {
-      atOrder *= kMillerScale;
-      current *= kMillerScale;
-      above *= kMillerScale;
-      if (!untilSmall) break;
+  /// Steps j = from ... to. Whenever a value passes 1e10 all are scaled down: once a step, or, with
+  /// `untilSmall`, as often as it takes.
+  template <bool untilSmall>
+  void Run(int from, int to) {
+    for (int j = from; j >= to; --j) {
+      const double below = above + j * tox * current;
+      above = current;
+      current = below;
+      while (std::fabs(current) > kMillerLarge) {
+        atOrder *= kMillerScale;
+        current *= kMillerScale;
+        above *= kMillerScale;
+        if (!untilSmall) break;
+      }
     }
-    if (j == n) atOrder = above;
   }
-  return {atOrder, current};
-}
+
+  /// All steps from arbitrary values at order `start`, keeping the one at order n.
+  template <bool untilSmall>
+  void RunAll(int start, int n) {
+    Run<untilSmall>(start, n);
+    atOrder = above;
+    Run<untilSmall>(n - 1, 1);
+  }
+};
 
 /// The recurrence as usual. For tiny x one step can grow by more than one scaling takes back, and
 /// the values leave the range of a double; the careful form then keeps them in it.
-MillerValues MillerInRange(int n, double x, int start) {
-  const double tox = 2.0 / std::fabs(x);
-  const MillerValues plain = MillerRecurrence<false>(n, tox, start);
-  if (std::isfinite(plain.atZero) || !std::isfinite(x)) return plain;
-  if (std::fabs(x) < kMillerUnderflow) return {0.0, 1.0};
-  return MillerRecurrence<true>(n, tox, start);
+MillerRecurrence MillerInRange(int n, double x, int start) {
+  MillerRecurrence plain{2.0 / std::fabs(x)};
+  plain.RunAll<false>(start, n);
+  if (std::isfinite(plain.current) || !std::isfinite(x)) return plain;
+  if (std::fabs(x) < kMillerUnderflow) return {plain.tox};
+  MillerRecurrence careful{plain.tox};
+  careful.RunAll<true>(start, n);
+  return careful;
 }
 
 }  // namespace
@@ -75,8 +81,8 @@ std::optional<double> BesselIInt(int n, double x) {
   if (x == 0.0) return 0.0;
   const double start = 2.0 * (n + std::floor(std::sqrt(kMillerAccuracy * n)));
   if (!CheckRecurrenceSteps(start)) return std::nullopt;
-  const MillerValues values = MillerInRange(n, x, static_cast<int>(start));
-  const double result = values.atOrder * BesselI0(x) / values.atZero;
+  const MillerRecurrence values = MillerInRange(n, x, static_cast<int>(start));
+  const double result = values.atOrder * BesselI0(x) / values.current;
   return x < 0.0 && n % 2 == 1 ? -result : result;
 }
 
@@ -96,17 +102,23 @@ std::optional<double> BesselKInt(int n, double x) {
 
 namespace {
 
-/// One of the four values of a real order; nothing after an error.
-template <double BesselIKValues::*value>
+/// One of the values that `compute` gives for a real order; nothing after an error.
+template <bool (*compute)(double x, double nu, BesselIKValues& values),
+          double BesselIKValues::*value>
 std::optional<double> OfRealOrder(double x, double order) {
   BesselIKValues values = {};
-  if (!BesselIK(x, order, values)) return std::nullopt;
+  if (!compute(x, order, values)) return std::nullopt;
   return values.*value;
 }
 
+constexpr auto BesselIOfRealOrder = OfRealOrder<BesselIK, &BesselIKValues::i>;
+constexpr auto BesselIDerivative = OfRealOrder<BesselIK, &BesselIKValues::iDerivative>;
+constexpr auto BesselKOfRealOrder = OfRealOrder<BesselKAlone, &BesselIKValues::k>;
+constexpr auto BesselKDerivative = OfRealOrder<BesselKAlone, &BesselIKValues::kDerivative>;
+
 std::optional<double> BesselIOfAnyOrder(double x, double order) {
   if (const auto n = IntegralOrder(order)) return BesselIInt(*n, x);
-  return OfRealOrder<&BesselIKValues::i>(x, order);
+  return BesselIOfRealOrder(x, order);
 }
 
 /// The logarithm, or 0 after an error.
@@ -189,20 +201,16 @@ double BesselK1(double x) {
 
 double BesselIn(double x, double n) { return tarn::BesselIOfAnyOrder(x, n).value_or(0.0); }
 
-double BesselIpn(double x, double n) {
-  return tarn::OfRealOrder<&tarn::BesselIKValues::iDerivative>(x, n).value_or(0.0);
-}
+double BesselIpn(double x, double n) { return tarn::BesselIDerivative(x, n).value_or(0.0); }
 
 double BesselKn(double x, double n) {
   if (const auto integral = tarn::IntegralOrder(n)) {
     return tarn::BesselKInt(*integral, x).value_or(0.0);
   }
-  return tarn::OfRealOrder<&tarn::BesselIKValues::k>(x, n).value_or(0.0);
+  return tarn::BesselKOfRealOrder(x, n).value_or(0.0);
 }
 
-double BesselKpn(double x, double n) {
-  return tarn::OfRealOrder<&tarn::BesselIKValues::kDerivative>(x, n).value_or(0.0);
-}
+double BesselKpn(double x, double n) { return tarn::BesselKDerivative(x, n).value_or(0.0); }
 
 double LnBesselIn(double x, double n) {
   if (n / 30.0 > x) return n * std::log(x / 2.0) - LnGamma(n + 1.0);
@@ -218,5 +226,5 @@ double LnBesselIpn(double x, double n) {
     return std::log(n / 2.0) + (n - 1.0) * std::log(x / 2.0) - LnGamma(n + 1.0);
   }
   if (x > 10.0 * n) return x - 0.5 * std::log(2.0 * tarn::kPi * x);
-  return tarn::LogOrZero(tarn::OfRealOrder<&tarn::BesselIKValues::iDerivative>(x, n));
+  return tarn::LogOrZero(tarn::BesselIDerivative(x, n));
 }

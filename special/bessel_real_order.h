@@ -68,6 +68,10 @@ bool BesselJY(double x, double nu, BesselJYValues& values);
 /// From about x = 714 on I overflows, from 742 on K underflows, and no error is raised.
 bool BesselIK(double x, double nu, BesselIKValues& values);
 
+/// K_nu(x) and K'_nu(x) only: the same bits, errors and guards as `BesselIK`, which leaves `i` and
+/// `iDerivative` as they are where it can save the work.
+bool BesselKAlone(double x, double nu, BesselIKValues& values);
+
 /// The Chebyshev sum c[0]/2 + sum over j = 1 ... m-1 of c[j] T_j(z), z = (2y - a - b)/(b - a), by
 /// Clenshaw's recurrence. Raises error 3 and gives 0 when y is outside [a, b]; NaN gives NaN.
 double ChebyshevEval(double a, double b, const double* c, int m, double y);

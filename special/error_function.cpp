@@ -24,21 +24,36 @@ double ComplementOfAbs(double x) {
   return t * std::exp(-z * z - 1.26551223 + outer);
 }
 
+// erf and erfc put the fit E together with the sign of x. Both are written as a sum of products
+// with numbers looked up by that sign: the same bits as a choice between two forms, and no branch,
+// which processors would guess wrong half the time.
+
+/// 1 - E for x >= 0, E - 1 otherwise.
+double ErfFromComplement(double x, double complement) {
+  constexpr double sign[] = {-1.0, 1.0};
+  const double s = sign[x >= 0.0 ? 1 : 0];
+  return s - s * complement;
+}
+
+/// E for x >= 0, 2 - E otherwise.
+double ErfcFromComplement(double x, double complement) {
+  constexpr double offset[] = {2.0, 0.0};
+  constexpr double sign[] = {-1.0, 1.0};
+  const int i = x >= 0.0 ? 1 : 0;
+  return offset[i] + sign[i] * complement;
+}
+
 /// ln erfc(x) for large x.
 double LnComplementAsymptotic(double x) { return -x * x - std::log(x) - kLnSqrtPi; }
 
 }  // namespace
 }  // namespace tarn
 
-double Erf(double x) {
-  const double complement = tarn::ComplementOfAbs(x);
-  return x >= 0.0 ? 1.0 - complement : complement - 1.0;
-}
+double Erf(double x) { return tarn::ErfFromComplement(x, tarn::ComplementOfAbs(x)); }
 
 double CErf(double x) {
   if (x >= tarn::kAsymptoticFrom) return std::exp(tarn::LnComplementAsymptotic(x));
-  const double complement = tarn::ComplementOfAbs(x);
-  return x >= 0.0 ? complement : 2.0 - complement;
+  return tarn::ErfcFromComplement(x, tarn::ComplementOfAbs(x));
 }
 
 double LogCErf(double x) {

@@ -20,8 +20,10 @@ namespace {
 
 // Lanczos coefficients for gamma = 5, N = 6 [1].
 constexpr double kLanczosLeading = 1.000000000190015;
-constexpr double kLanczos[6] = {76.18009172947146,  -86.50532032941678,   24.01409824083091,
-                                -1.231739572450155, 0.001208650973866179, -5.395239384953e-06};
+constexpr int kLanczosCount = 6;
+constexpr double kLanczos[kLanczosCount] = {76.18009172947146,    -86.50532032941678,
+                                            24.01409824083091,    -1.231739572450155,
+                                            0.001208650973866179, -5.395239384953e-06};
 constexpr double kSqrt2Pi = 2.5066282746310007;
 
 // The first c of the continued fraction, 1/tiny: the double just below 1e300.
@@ -41,6 +43,14 @@ bool CheckIncompleteGammaArguments(double a, double x) {
 
 /// The series converges fast below x = a + 1, the continued fraction from there on.
 bool UsesSeries(double a, double x) { return x < a + 1.0; }
+
+// The factors are computed ahead of the iterations below: these wait for their divisions most of
+// the time, in which the processor can finish the factors.
+
+/// ln of x^a exp(-x)/Gamma(a).
+double LnIncompleteGammaFactor(double a, double x) { return a * std::log(x) - x - LnGamma(a); }
+
+double IncompleteGammaFactor(double a, double x) { return std::exp(LnIncompleteGammaFactor(a, x)); }
 
 /// Sum of x^n / (a (a+1) ... (a+n)) over n = 0, 1, ... [2].
 double IncompleteGammaSum(double a, double x) {
@@ -89,31 +99,37 @@ bool SeriesIsPositive(double x) {
 
 double GammaSeries(double a, double x) {
   if (!SeriesIsPositive(x)) return 0.0;
-  return IncompleteGammaSum(a, x) * std::exp(a * std::log(x) - x - LnGamma(a));
+  const double factor = IncompleteGammaFactor(a, x);
+  return IncompleteGammaSum(a, x) * factor;
 }
 
 double LnGammaSeries(double a, double x) {
   if (!SeriesIsPositive(x)) return 0.0;
-  return std::log(IncompleteGammaSum(a, x)) - x + a * std::log(x) - LnGamma(a);
+  const double aLnX = a * std::log(x);
+  const double lnGammaA = LnGamma(a);
+  return std::log(IncompleteGammaSum(a, x)) - x + aLnX - lnGammaA;
 }
 
 double GammaContFrac(double a, double x) {
-  const double h = IncompleteGammaFraction(a, x);
-  return std::exp(a * std::log(x) - x - LnGamma(a)) * h;
+  const double factor = IncompleteGammaFactor(a, x);
+  return factor * IncompleteGammaFraction(a, x);
 }
 
 double LnGammaContFrac(double a, double x) {
-  const double h = IncompleteGammaFraction(a, x);
-  return std::log(h) + (a * std::log(x) - x - LnGamma(a));
+  const double lnFactor = LnIncompleteGammaFactor(a, x);
+  return std::log(IncompleteGammaFraction(a, x)) + lnFactor;
 }
 
 }  // namespace tarn
 
 double LnGamma(double x) {
+  // The quotients first, so that they can be computed side by side, then the sum in its order.
+  double quotients[tarn::kLanczosCount];
+  for (int j = 1; j <= tarn::kLanczosCount; ++j) quotients[j - 1] = tarn::kLanczos[j - 1] / (x + j);
+  double sum = tarn::kLanczosLeading;
+  for (const double quotient : quotients) sum += quotient;
   double t = x + 5.5;
   t -= (x + 0.5) * std::log(t);
-  double sum = tarn::kLanczosLeading;
-  for (int j = 1; j <= 6; ++j) sum += tarn::kLanczos[j - 1] / (x + j);
   return std::log(tarn::kSqrt2Pi * sum / x) - t;
 }
 

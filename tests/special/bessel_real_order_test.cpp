@@ -33,6 +33,16 @@ class RealOrderBessel : public HostTest {
     return values;
   }
 
+  /// I and K together and K alone fail with the same error.
+  void ExpectSameFailure(double x, double nu) {
+    BesselIKValues values = {};
+    EXPECT_FALSE(tarn::BesselIK(x, nu, values));
+    const HostError error = host.TakeError();
+    EXPECT_FALSE(tarn::BesselKAlone(x, nu, values));
+    EXPECT_EQ(host.LastError().number, error.number);
+    EXPECT_EQ(host.TakeError().message, error.message);
+  }
+
   /// Both functions fail and leave their outputs alone.
   static void ExpectFailure(bool (*function)(double, double, BesselJYValues&), double x,
                             double nu) {
@@ -107,6 +117,31 @@ TEST_F(RealOrderBessel, IKHasTheBitsOfItsProcedure) {
     EXPECT_SAME_BITS(values.iDerivative, expected.iDerivative);
     EXPECT_SAME_BITS(values.kDerivative, expected.kDerivative);
   }
+}
+
+TEST_F(RealOrderBessel, KAloneHasTheBitsAndErrorsOfIK) {
+  Arguments draw(7);
+  const double ends[] = {5e-324, 1e-310, 1e-300, 2e-300, std::nextafter(2.0, 0.0),
+                         2.0,    399.9,  400.0,  700.0,  2e4,
+                         1e5,    1e300};
+  for (int i = 0; i < 20000; ++i) {
+    const double x = i % 4 == 0 ? ends[draw.Integer(0, 11)] : draw.LogUniform(1e-305, 1e3);
+    const double nu = i % 3 == 0 ? draw.LogUniform(1e-300, 3e4) : DrawOrder(draw);
+    BesselIKValues both = {};
+    BesselIKValues alone = {};
+    const bool solved = tarn::BesselIK(x, nu, both);
+    const HostError error = host.TakeError();
+    EXPECT_EQ(tarn::BesselKAlone(x, nu, alone), solved) << x << ' ' << nu;
+    EXPECT_EQ(host.TakeError().message, error.message);
+    EXPECT_SAME_BITS(alone.k, both.k);
+    EXPECT_SAME_BITS(alone.kDerivative, both.kDerivative);
+  }
+  for (const double nu : {-1.0, kNaN, kInfinity, 1e10}) {
+    ExpectSameFailure(5.0, nu);
+    ExpectSameFailure(500.0, nu);
+  }
+  ExpectSameFailure(-1.0, 2.5);
+  ExpectSameFailure(kNaN, 2.5);
 }
 
 TEST_F(RealOrderBessel, MethodsMeetAtTwo) {
