@@ -151,20 +151,24 @@ TFunc& TFunc::pow(double p) {
 
 TFunc& TFunc::Shift(double a) {
   for (int i = 0; i < N; ++i) X[i] += a;
+  search_.Forget();
   return *this;
 }
 
 TFunc& TFunc::ScaleX(double a) {
   for (int i = 0; i < N; ++i) X[i] *= a;
+  search_.Forget();
   return *this;
 }
 
 TFunc& TFunc::LnX() {
   for (int i = 0; i < N; ++i) X[i] = std::log(X[i]);
+  search_.Forget();
   return *this;
 }
 
 TFunc& TFunc::ExpX() {
   for (int i = 0; i < N; ++i) X[i] = std::exp(X[i]);
+  search_.Forget();
   return *this;
 }

@@ -211,6 +211,16 @@ TEST_F(TFuncArithmetic, EvaluationFollowsTheAbscissae) {
   EXPECT_EQ(f(0.5), 8);
 }
 
+TEST_F(TFuncArithmetic, SearchesAfterATransformationThatLosesTheOrder) {
+  double tx[] = {-4, -3, -2, -1, 0, 1, 2, 3, 4, 5, 6};
+  TFunc g(tx, tx, 11);
+  ASSERT_EQ(g.Index(-2.5), 1);
+  g.ScaleX(tfunc_test::kInfinity);  // infinities of both signs and NaN between them
+  EXPECT_EQ(g.Index(0.5), tfunc_reference::AtOrBelow(AbscissaeOf(g), 0.5));
+  g.ExpX();
+  EXPECT_EQ(g.Index(0.5), tfunc_reference::AtOrBelow(AbscissaeOf(g), 0.5));
+}
+
 TEST_F(TFuncArithmetic, LogarithmsOfNonPositiveAbscissaeEndQuietly) {
   double tx[] = {-1, 0, 1, 2};
   double ty[] = {1, 2, 3, 4};
