@@ -278,7 +278,6 @@ class T_Matrix {
   void FillRowFromHost(int i, const Variable& row);
   void CopyRowWithout(const T_Array<int>& cols, const Element* row, int count,
                       Element* target) const;
-  static constexpr int kTransposeTile = 32;
   void TransposeTiles(int i, int j);
   void TransposeSquare();
   void TransposeThroughCopy();

@@ -275,10 +275,18 @@ void T_Matrix<Element>::SwapLines(Element* a, Element* b) {
   std::swap_ranges(a, a + x, b);
 }
 
+namespace tarn {
+
+/// Rows and columns of the tiles that an in-place transpose exchanges: two of them stay in the
+/// first-level cache.
+inline constexpr int kTransposeTile = 32;
+
+}  // namespace tarn
+
 /// Exchanges a tile at or above the diagonal with the transpose of its mirror image.
 template <class Element>
 void T_Matrix<Element>::TransposeTiles(int i, int j) {
-  constexpr int kTile = kTransposeTile;
+  constexpr int kTile = tarn::kTransposeTile;
   const int rows = std::min(kTile, y - i);
   const int cols = std::min(kTile, x - j);
   const auto transpose = tarn::Kernels<Element>().transpose;
@@ -290,8 +298,8 @@ void T_Matrix<Element>::TransposeTiles(int i, int j) {
 
 template <class Element>
 void T_Matrix<Element>::TransposeSquare() {
-  for (int i = 0; i < y; i += kTransposeTile) {
-    for (int j = i; j < x; j += kTransposeTile) TransposeTiles(i, j);
+  for (int i = 0; i < y; i += tarn::kTransposeTile) {
+    for (int j = i; j < x; j += tarn::kTransposeTile) TransposeTiles(i, j);
   }
 }
 

@@ -1,4 +1,5 @@
 // The areas in the order in which they run, one TARN_GOLDEN_AREA(Name) each; read more than once.
 TARN_GOLDEN_AREA(Special)
 TARN_GOLDEN_AREA(Sorting)
+TARN_GOLDEN_AREA(Products)
 TARN_GOLDEN_AREA(TFunc)

@@ -1,0 +1,167 @@
+// Vectors and matrices: products, sums in their stated order, transposes, extremes.
+
+#include <limits>
+
+#include "golden_bits.h"
+#include "tarn_base_math.h"
+
+namespace tarn_golden {
+namespace {
+
+constexpr int kSizes[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13,  15,
+                          16, 17, 23, 24, 25, 31, 32, 33, 40, 63, 64, 65, 99, 100, 101};
+constexpr int kLargeSizes[] = {127, 128, 129, 255, 257};
+
+enum class Kind { kUnit, kWide, kTied, kSignedZeros, kWithNonFinite, kCount };
+
+template <class T>
+T MakeElement(Inputs& inputs, Kind kind) {
+  switch (kind) {
+    case Kind::kWide:
+      return static_cast<T>(inputs.Wide(-60, 60));
+    case Kind::kTied:
+      return static_cast<T>(inputs.Integer(-2, 2));
+    case Kind::kSignedZeros:
+      return static_cast<T>(static_cast<double>(inputs.Integer(-1, 1)) * 0.0);
+    case Kind::kWithNonFinite:
+      if (inputs.Integer(0, 60) == 0) return std::numeric_limits<T>::infinity();
+      if (inputs.Integer(0, 60) == 0) return std::numeric_limits<T>::quiet_NaN();
+      break;
+    case Kind::kUnit:
+    case Kind::kCount:
+      break;
+  }
+  return static_cast<T>(inputs.Unit() - 0.5);
+}
+
+template <class T>
+T_Matrix<T> MakeMatrix(Inputs& inputs, Kind kind, int rows, int cols) {
+  T_Matrix<T> m(rows, cols);
+  for (std::int64_t k = 0; k < std::int64_t{rows} * cols; ++k) {
+    m.Item(k) = MakeElement<T>(inputs, kind);
+  }
+  return m;
+}
+
+template <class T>
+T_MatVectorCol<T> MakeVector(Inputs& inputs, Kind kind, int n) {
+  T_MatVectorCol<T> v(n);
+  for (int i = 0; i < n; ++i) v[i] = MakeElement<T>(inputs, kind);
+  return v;
+}
+
+template <class T>
+void AddMatrix(Hash& hash, T_Matrix<T>& m) {
+  for (std::int64_t k = 0; k < std::int64_t{m.X()} * m.Y(); ++k) hash.Add(m.Item(k));
+}
+
+template <class T>
+void AddVector(Hash& hash, const T_MatVector<T>& v) {
+  for (int i = 0; i < v.Dim(); ++i) hash.Add(v[i]);
+}
+
+/// Calls `compute(kind, n)` for inputs of every kind and size.
+template <class Compute>
+void ForAllSizes(Compute compute) {
+  for (int kind = 0; kind < static_cast<int>(Kind::kCount); ++kind) {
+    for (const int n : kSizes) compute(static_cast<Kind>(kind), n);
+  }
+  for (const int n : kLargeSizes) compute(Kind::kUnit, n);
+}
+
+template <class T>
+void MatrixProducts(Report& report, const std::string& type) {
+  report.Function("T_Matrix<" + type + ">::Mul,MulT", [](Hash& hash) {
+    Inputs inputs(41);
+    T_Matrix<T> c;
+    ForAllSizes([&](Kind kind, int n) {
+      const int cols = static_cast<int>(inputs.Integer(1, 40));
+      const T_Matrix<T> a = MakeMatrix<T>(inputs, kind, n, n);
+      a.Mul(MakeMatrix<T>(inputs, kind, n, cols), c);
+      AddMatrix(hash, c);
+      a.MulT(MakeMatrix<T>(inputs, kind, cols, n), c);
+      AddMatrix(hash, c);
+    });
+  });
+}
+
+template <class T>
+void VectorProducts(Report& report, const std::string& type) {
+  report.Function("T_Matrix<" + type + ">::RightMultiply,forms", [](Hash& hash) {
+    Inputs inputs(42);
+    T_MatVectorCol<T> out;
+    ForAllSizes([&](Kind kind, int n) {
+      const T_Matrix<T> m = MakeMatrix<T>(inputs, kind, n, n);
+      const T_MatVectorCol<T> a = MakeVector<T>(inputs, kind, n);
+      const T_MatVectorCol<T> b = MakeVector<T>(inputs, kind, n);
+      m.RightMultiply(out, a);
+      AddVector(hash, out);
+      hash.Add(a.Norm2(m));
+      hash.Add(m.QuadraticForm(a, b));
+      hash.Add(a.MahalonabisDistance(b, m));
+      hash.Add(a.MahalonabisCosine(b, m));
+    });
+  });
+}
+
+template <class T>
+void Sums(Report& report, const std::string& type) {
+  report.Function("T_MatVector<" + type + ">::sums", [](Hash& hash) {
+    Inputs inputs(43);
+    ForAllSizes([&](Kind kind, int n) {
+      const T_MatVectorCol<T> a = MakeVector<T>(inputs, kind, n);
+      const T_MatVectorCol<T> b = MakeVector<T>(inputs, kind, n);
+      for (const T value : {a.Norm2(), a.Norm(), a.Mean(), a.ScalarMultiply(b), a.Distance(b),
+                            a.Cosine(b), a.Max(), a.Min(), a.AbsMax()}) {
+        hash.Add(value);
+      }
+      hash.Add(a.MaxIndex());
+      hash.Add(a.MinIndex());
+      T_Matrix<T> m = MakeMatrix<T>(inputs, kind, n, 7);
+      for (const T value : {m.Tr(), m.GetPower(), m.Convolove(m), m.Mean()}) hash.Add(value);
+      m.NormalizeByRow();
+      m.Transpose();
+      AddMatrix(hash, m);
+    });
+  });
+}
+
+template <class T>
+void ElementOperations(Report& report, const std::string& type) {
+  report.Function("T_MatVector<" + type + ">::elements", [](Hash& hash) {
+    Inputs inputs(44);
+    ForAllSizes([&](Kind kind, int n) {
+      T_MatVectorCol<T> a = MakeVector<T>(inputs, kind, n);
+      const T_MatVectorCol<T> b = MakeVector<T>(inputs, kind, n);
+      const T k = MakeElement<T>(inputs, kind);
+      a.Add(a, b, k);
+      AddVector(hash, a);
+      a.Sub(a, b, k);
+      a *= k;
+      a += T{1};
+      a.DivByItem(b);
+      AddVector(hash, a);
+      a.WeightedSum(a, k, b, 2);
+      AddVector(hash, a);
+      a.Normalize();
+      AddVector(hash, a);
+    });
+  });
+}
+
+template <class T>
+void AllOf(Report& report, const std::string& type) {
+  MatrixProducts<T>(report, type);
+  VectorProducts<T>(report, type);
+  Sums<T>(report, type);
+  ElementOperations<T>(report, type);
+}
+
+}  // namespace
+
+void RunGoldenProducts(Report& report) {
+  AllOf<float>(report, "float");
+  AllOf<double>(report, "double");
+}
+
+}  // namespace tarn_golden
