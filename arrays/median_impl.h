@@ -6,12 +6,16 @@
 ///
 /// Which list is searched next follows from counting alone, so that list is the only one written,
 /// and not before a good part of the values has been ruled out: counting costs a fraction of
-/// moving. The values ruled out until then are those beyond `lo` or `hi`, because a split that
-/// equals some value is settled at once. Rounds that rule nothing out are gone through without
-/// looking at the values, by comparing the split with the smallest and the largest of them. Lists,
-/// order and splits are the procedure's throughout.
+/// moving. The values ruled out until then are those beyond a split, because a split that equals
+/// some value is settled at once. Rounds are gone through without looking at the values
+/// where their outcome is known: where the split lies beyond all values, and, in arrays with
+/// outliers, where a probe nearer to the median shows which way they go. Lists, order and splits
+/// are the procedure's throughout.
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -183,10 +187,15 @@ class MedianSearch {
     const bool up = sides.below < sides.above;
     const std::int64_t before = Remaining();
     (up ? ruledOutBelow_ : ruledOutAbove_) = up ? tally.below : tally.above;
+    (up ? least_ : greatest_) = split_;
     MoveSplit(up);
     idleRounds_ = 0;
     if (Remaining() == before) return PlayIdleRounds();
-    if (3 * Remaining() <= 2 * list_.count) RemoveRuledOut();
+    if (3 * Remaining() <= 2 * list_.count) {
+      RemoveRuledOut();
+    } else if (++poorRounds_ == kPatience && list_.count >= kWorthProbing) {
+      SkipRounds(up);
+    }
     return std::nullopt;
   }
 
@@ -202,6 +211,41 @@ class MedianSearch {
       ++round_;
     }
     return std::nullopt;
+  }
+
+  /// Goes through rounds to come that move the split further in the same direction, where a probe
+  /// between split and median proves that they do: with more values up to the probe than above it,
+  /// every split above it moves down, whatever it is. The last split beyond the probe is left to a
+  /// proper round, which rules out what the skipped ones would have.
+  void SkipRounds(bool up) {
+    const T probe = ChooseProbe(up);
+    const Tally tally = CountAbout(list_, probe);
+    const std::int64_t notBelow = tally.above + tally.ties;
+    const std::int64_t notAbove = tally.below + tally.ties;
+    const std::int64_t surplus = up ? notBelow + knownAbove_ - tally.below - knownBelow_
+                                    : notAbove + knownBelow_ - tally.above - knownAbove_;
+    const std::int64_t remaining = up ? notBelow - ruledOutAbove_ : notAbove - ruledOutBelow_;
+    if (surplus <= 0 || remaining <= 2) return;
+    for (;; ++round_) {
+      const T next = Mean(split_, up ? hi_ : lo_);
+      if (next == split_ || !(up ? next < probe : next > probe)) return;
+      MoveSplit(up);
+    }
+  }
+
+  /// A value of the list about half-way, by rank, from the median to the end that the split moves
+  /// away from, judged by a sample.
+  T ChooseProbe(bool up) const {
+    constexpr std::int64_t kSampleSize = 16;
+    std::array<T, kSampleSize> sample;
+    for (std::int64_t i = 0; i < kSampleSize; ++i) {
+      sample[static_cast<std::size_t>(i)] = list_.values[i * list_.count / kSampleSize];
+    }
+    std::sort(sample.begin(), sample.end());
+    const std::int64_t medianRank = (list_.count + knownAbove_ - knownBelow_) / 2;
+    const std::int64_t rank = (medianRank + (up ? 0 : list_.count)) / 2;
+    const std::int64_t place = rank * kSampleSize / list_.count;
+    return sample[static_cast<std::size_t>(std::clamp(place, std::int64_t{0}, kSampleSize - 1))];
   }
 
   /// A round of step 2 in which some value equals the split or is NaN.
@@ -230,6 +274,7 @@ class MedianSearch {
 
   /// Makes the upper or the lower list the one that is searched.
   void KeepSide(bool up, const Tally& tally, const Sides& sides) {
+    poorRounds_ = 0;
     (up ? knownBelow_ : knownAbove_) = up ? sides.below : sides.above;
     if (tally.ties > 1) {
       list_ = FilterDealingTies(up);
@@ -262,24 +307,32 @@ class MedianSearch {
   /// Takes the values that are ruled out from the list.
   void RemoveRuledOut() {
     if (ruledOutBelow_ == 0 && ruledOutAbove_ == 0) return;
+    poorRounds_ = 0;
     const bool keepsLow = ruledOutBelow_ == 0;
     const bool keepsHigh = ruledOutAbove_ == 0;
-    list_ = Filter(list_, buffer_, [keepsLow, keepsHigh, lo = lo_, hi = hi_](T value) {
-      return (keepsLow | (value > lo)) & (keepsHigh | (value < hi));
-    });
+    list_ = Filter(list_, buffer_,
+                   [keepsLow, keepsHigh, least = least_, greatest = greatest_](T value) {
+                     return (keepsLow | (value > least)) & (keepsHigh | (value < greatest));
+                   });
     knownBelow_ += std::exchange(ruledOutBelow_, 0);
     knownAbove_ += std::exchange(ruledOutAbove_, 0);
   }
 
   ValueList<T> list_;  ///< values among which the median is searched, and those ruled out lately
   T* buffer_;          ///< storage of the list, once it is not the whole array
-  std::int64_t ruledOutBelow_ = 0;  ///< values in the list that lie below `lo_`
-  std::int64_t ruledOutAbove_ = 0;  ///< values in the list that lie above `hi_`
+  std::int64_t ruledOutBelow_ = 0;  ///< values in the list that lie below `least_`
+  std::int64_t ruledOutAbove_ = 0;  ///< values in the list that lie above `greatest_`
+  T least_{};                       ///< split that ruled out values below it
+  T greatest_{};                    ///< split that ruled out values above it
   std::int64_t knownBelow_ = 0;     ///< values of the whole array that lie below the list
   std::int64_t knownAbove_ = 0;     ///< values of the whole array that lie above the list
   T lo_{};                          ///< the median is not below
   T hi_{};                          ///< the median is not above
   T split_;                         ///< value about which the next round partitions
+  /// Poor rounds, in which few values are ruled out, on the same list before a probe is tried.
+  static constexpr int kPatience = 2;
+  static constexpr std::int64_t kWorthProbing = 100;
+  int poorRounds_ = 0;
   int round_ = 0;
   int idleRounds_ = 0;  ///< rounds in succession that changed neither list nor split
 };

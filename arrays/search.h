@@ -17,7 +17,7 @@
 #include "frame/export.h"
 
 /// Index of an element equal to `value`, or -1 when there is none or n < 1. Of several equal
-/// elements it is the one that the bisection meets.
+/// elements it is the last one.
 template <class T>
 TARN_API std::int64_t BFind(T* a, double value, std::int64_t n);
 

@@ -26,30 +26,6 @@ bool Descends(const Elements& a, std::int64_t n) {
   return a[0] > a[n - 1];
 }
 
-/// Index of an element equal to `value` in an array sorted by `isBefore`, or -1.
-template <class Elements, class Before>
-std::int64_t FindSorted(const Elements& a, double value, std::int64_t n, Before isBefore) {
-  std::int64_t lo = 0;
-  std::int64_t hi = n - 1;
-  while (lo <= hi) {
-    const std::int64_t middle = lo + (hi - lo) / 2;
-    if (a[middle] == value) return middle;
-    if (isBefore(a[middle], value)) {
-      lo = middle + 1;
-    } else {
-      hi = middle - 1;
-    }
-  }
-  return -1;
-}
-
-template <class Elements>
-std::int64_t Find(const Elements& a, double value, std::int64_t n) {
-  if (n < 1) return -1;
-  return Descends(a, n) ? FindSorted(a, value, n, std::greater<double>())
-                        : FindSorted(a, value, n, std::less<double>());
-}
-
 /// The hi with a[hi-1] <= value < a[hi], found by bisection of [0, n-1] when the value lies between
 /// the elements at its ends; 0 when it lies before the first.
 template <class Elements, class Before>
@@ -74,6 +50,16 @@ std::int64_t InsertIndexAfterLast(const Elements& a, double value, std::int64_t 
                                   Before isBefore) {
   if (!isBefore(value, a[n - 1])) return n;
   return BisectInsertIndex(a, value, n, isBefore);
+}
+
+/// Index of the element equal to `value` that an insertion would follow, or -1.
+template <class Elements>
+std::int64_t Find(const Elements& a, double value, std::int64_t n) {
+  if (n < 1) return -1;
+  const std::int64_t behind = Descends(a, n)
+                                  ? InsertIndexAfterLast(a, value, n, std::greater<double>())
+                                  : InsertIndexAfterLast(a, value, n, std::less<double>());
+  return behind > 0 && a[behind - 1] == value ? behind - 1 : -1;
 }
 
 /// Insertion index where the value belongs before a last element equal to it.

@@ -8,7 +8,8 @@
 /// Short arrays: runs of 16 put in place by counting the smaller elements, then merged pairwise
 /// without branches on the data. Long arrays: radix sort on the ordered bits of the numbers (see
 /// ordered_bits.h) from the lowest byte up, leaving out bytes in which all elements agree. Neither
-/// takes longer on one order of the input than on another.
+/// takes longer on one order of the input than on another. What ascends or descends already is left
+/// or reversed.
 ///
 /// Source: D. E. Knuth, The Art of Computer Programming, vol. 3, 2nd ed., 5.2 (comparison
 /// counting), 5.2.4 (merging), 5.2.5 (radix sorting).
@@ -17,6 +18,7 @@
 #include <cmath>
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <utility>
 
 #include "arrays/ordered_bits.h"
@@ -137,6 +139,7 @@ T* SortByRadix(T* a, T* scratch, std::int64_t n) {
 template <class T>
 void SortUnique(T* a, std::int64_t n, T* scratch) {
   if (std::is_sorted(a, a + n)) return;
+  if (std::is_sorted(a, a + n, std::greater<T>())) return std::reverse(a, a + n);
   const T* const sorted =
       n < kRadixMinimum<T> ? SortByMerging(a, scratch, n) : SortByRadix(a, scratch, n);
   if (sorted != a) std::copy_n(sorted, n, a);

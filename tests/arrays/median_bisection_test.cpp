@@ -64,6 +64,51 @@ TYPED_TEST(Bisection, OutlierThatTheSplitsCreepAwayFromGivesTheLiteralMedian) {
   }
 }
 
+/// Small numbers and outliers of one sign, some of them powers of two. With 0 as first pivot and a
+/// power of two as extreme the splits are powers of two: many rule out little, and some meet
+/// values.
+template <class T>
+std::vector<T> WithOutliers(std::mt19937_64& generator) {
+  constexpr int kGreatestExponent = std::is_same_v<T, short> ? 14 : 30;
+  const double sign = generator() % 2 == 0 ? 1 : -1;
+  const std::uint64_t smallNumbers = 1 + generator() % 40;
+  std::vector<T> a(105 + generator() % 60);
+  for (T& x : a) x = static_cast<T>(sign * static_cast<double>(1 + generator() % smallNumbers));
+  for (std::uint64_t i = generator() % 30; i > 0; --i) {
+    const double mantissa =
+        generator() % 3 == 0 ? 1 : 1 + static_cast<double>(generator() % 100) / 128;
+    const int exponent = 4 + static_cast<int>(generator() % (kGreatestExponent - 4));
+    a[generator() % a.size()] = static_cast<T>(sign * std::floor(std::ldexp(mantissa, exponent)));
+  }
+  a[0] = static_cast<T>(sign * std::ldexp(1.0, kGreatestExponent));
+  a[a.size() / 2] = 0;
+  return a;
+}
+
+TYPED_TEST(Bisection, OutliersOnAndOffTheSplitsGiveTheLiteralMedian) {
+  std::mt19937_64 generator(21);
+  for (int repetition = 0; repetition < 4000; ++repetition) {
+    this->ExpectLiteral(WithOutliers<TypeParam>(generator), "outliers");
+  }
+}
+
+TYPED_TEST(Bisection, EvenlySpacedValuesThatMisleadGiveTheLiteralMedian) {
+  // Whoever looks at every sixteenth part of the array takes the median for 1.
+  constexpr std::size_t kSpacing = 50;
+  for (const double bulk : {100, -100}) {
+    std::vector<TypeParam> a(16 * kSpacing + 1);
+    for (std::size_t i = 0; i < a.size(); ++i) {
+      const std::size_t distance = std::min(i % kSpacing, kSpacing - i % kSpacing);
+      a[i] =
+          static_cast<TypeParam>(distance <= 4 ? bulk / 100 : bulk + static_cast<double>(i) / 100);
+    }
+    for (std::size_t i = 10; i < 14; ++i)
+      a[i] = static_cast<TypeParam>(bulk * (400 - 73 * static_cast<double>(i - 10)));
+    a[a.size() / 2] = 0;
+    this->ExpectLiteral(a, "misleading sample");
+  }
+}
+
 TYPED_TEST(Bisection, MedianLiesBetweenTheNeighboursOfTheMiddle) {
   for (const std::int64_t n : {3, 4, 10, 11, 100, 101, 1000, 100000}) {
     std::vector<TypeParam> a = MakeWide<TypeParam>(n);

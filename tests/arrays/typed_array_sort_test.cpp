@@ -136,6 +136,7 @@ TEST_F(ArraySort, DoublesAreSortedWithoutTheHostHeapToo) {
 TEST_F(ArraySort, ZerosOfBothSignsEndWhereQsortPutsThem) {
   for (const std::int64_t n : SampleSizes()) {
     std::vector<double> expected = Choice<double>("", {0.0, -0.0, 1, -1}).make(n);
+    if (expected.empty()) continue;  // qsort wants an array
     const std::vector<double> sorted = SortedByMember(expected);
     std::qsort(expected.data(), expected.size(), sizeof(double), T_compare<double>);
     EXPECT_TRUE(SameBits(sorted, expected)) << n;
