@@ -159,7 +159,8 @@ class TARN_API Stat : public TarnAss {
   /// Fits a normal cumulative distribution to the sample's own (at most 101 points of it).
   ///
   /// Returns a new vector [location, sigma / sqrt(n), error of the location, error of the scale]
-  /// that the caller deletes; null when the distribution cannot be built.
+  /// that the caller deletes; the errors are NaN where the curvature at the optimum cannot be had.
+  /// Null when the distribution cannot be built or memory for the fit is refused.
   T_MatVectorCol<double>* FitCumulativeDistribution();
 
   /// The location that maximises the marginal probability of the sample under a prior (see
@@ -167,8 +168,9 @@ class TARN_API Stat : public TarnAss {
   ///
   /// Returns a new vector [location, squared error, count of values within location +-
   /// sqrt(n * squared error)] that the caller deletes. [mean, dispersion, 0] for one value; [mean,
-  /// SEM2, 0] for two, for values equal to one part in 1e7 and where dispersions or weights are
-  /// missing or not positive. Null when the vector itself cannot be had.
+  /// SEM2, 0] for two, for values equal to one part in 1e7, where dispersions or weights are
+  /// missing or not positive and where work memory is refused. Null when the vector itself cannot
+  /// be had.
   T_MatVectorCol<double>* GetMostProbableValue(int prior, int logNormal);
 
   /// Logarithm of the marginal probability of a location at `m` points from a quarter of the range
@@ -206,7 +208,8 @@ class TARN_API Stat : public TarnAss {
   T_MatVectorCol<double>* FitCumulativeDistribution(double* x, double* p, int n);
 
   /// Squared error of a most probable value from the shape of the probability around it: a quarter
-  /// of the squared length of the interval that holds 34 % on each side.
+  /// of the squared length of the interval that holds 34 % on each side. `SEM2` when memory is
+  /// refused.
   double GetSEM2OfMostProbableValue(double location, ProbFunc function, Variable& args,
                                     int logNormal);
 
@@ -244,7 +247,7 @@ class TARN_API Stat : public TarnAss {
   void CopyData(const Element* x, int n);
   double* FloorDispersions();
   bool IsTooNarrowToSearch() const;
-  T_MatVectorCol<double>* GetMostProbableValueOfSubset(int prior, int logNormal);
+  void TakeMostProbableValueOfSubset(T_MatVectorCol<double>& result, int prior, int logNormal);
   void SearchMostProbableValue(T_MatVectorCol<double>& result, int prior, int logNormal);
   double CountWithin(double location, double squaredError) const;
 };

@@ -2,6 +2,7 @@
 /// Least-squares fit of a normal cumulative distribution.
 
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <new>
 
@@ -74,15 +75,14 @@ double SquaredDistances(T_MatVector<double>& parameters, Variable* extra) {
 
 T_MatVectorCol<double>* NewResult(double location, double scale, double locationError,
                                   double scaleError) {
-  auto* result = new (std::nothrow) T_MatVectorCol<double>(4);
-  if (result == nullptr) return nullptr;
+  std::unique_ptr<T_MatVectorCol<double>> result(new (std::nothrow) T_MatVectorCol<double>(4));
+  if (!result || result->Dim() != 4) return nullptr;
   double* const elements = *result;
-  if (elements == nullptr) return result;
   elements[0] = location;
   elements[1] = scale;
   elements[2] = locationError;
   elements[3] = scaleError;
-  return result;
+  return result.release();
 }
 
 constexpr int kMiddleSlot = 50;
@@ -155,12 +155,12 @@ T_MatVectorCol<double>* Stat::FitCumulativeDistribution(double* x, double* p, in
   minimiser.Solve();
 
   T_MatVectorCol<double> optimum(minimiser.GetResult());
-  if (static_cast<double*>(optimum) == nullptr) return nullptr;
+  if (optimum.Dim() != 2) return nullptr;
   const std::unique_ptr<T_Matrix<double>> hessian(minimiser.GetHessian(optimum));
   const std::unique_ptr<T_Matrix<double>> covariance(hessian ? hessian->PseudoInverse() : nullptr);
-  if (!covariance) return nullptr;
   const double residue = SquaredDistances(optimum, &points);
   const auto errorOf = [&](int k) {
+    if (!covariance || covariance->X() != 2) return std::numeric_limits<double>::quiet_NaN();
     return std::sqrt(2.0 * std::fabs(residue * (*covariance)(k, k)) / n);
   };
   return NewResult(optimum[0], std::exp(optimum[1]) / std::sqrt(static_cast<double>(len)),

@@ -159,9 +159,11 @@ double* Stat::FloorDispersions() {
   for (int i = 0; i < len; ++i) floored[static_cast<std::size_t>(i)] = std::log(DataDisp[i]);
   Stat logarithms(floored.get(), len);
   if (logarithms.len != len) return nullptr;
+  constexpr double kNotWritten = -1.0;
   double median = 0.0;
-  double sd = 0.0;
+  double sd = kNotWritten;
   logarithms.GetMedian_SD(median, sd);
+  if (sd == kNotWritten) return nullptr;
   const double lowest = std::exp(median - sd);
   for (int i = 0; i < len; ++i) {
     floored[static_cast<std::size_t>(i)] = DataDisp[i] < lowest ? lowest : DataDisp[i];

@@ -166,7 +166,7 @@ void Stat::FindMeanDisp_WeightedByDisp() {
 }
 
 void Stat::FindDisp0(Disp0RootFunction rootFunction) {
-  if (DispSimple == 0.0) return;
+  if (DataDisp == nullptr || DispSimple == 0.0) return;
   Disp0 = 0.0;
   const tarn::NumberArray work = tarn::NewNumbers(len);
   if (!work) return;
@@ -197,7 +197,7 @@ void Stat::FindDisp0(Disp0RootFunction rootFunction) {
 }
 
 void Stat::FindMeanDisp_Ex() {
-  if (len < 1) return;
+  if (DataDisp == nullptr || len < 1) return;
   SEM2 = 0.0;
   Disp = 0.0;
   double weights = 0.0;

@@ -98,7 +98,7 @@ Bracket ScanFinely(Bracket bracket, int points, double* x, Probability g) {
 }
 
 /// Probability of a location relative to its peak, tabulated at 30 points between two limits and
-/// normalised to an integral of 1.
+/// normalised to an integral of 1; an empty function when memory is refused.
 TFunc TabulateProbability(Bracket limits, ProbFunc function, Variable& args, double atPeak) {
   constexpr int kPoints = 30;
   double x[kPoints];
@@ -108,6 +108,7 @@ TFunc TabulateProbability(Bracket limits, ProbFunc function, Variable& args, dou
     p[k] = std::exp(atPeak - function(x[k], args));
   }
   TFunc curve(x, p, kPoints);
+  if (curve.N == 0) return curve;
   curve /= curve.IntegralSimpson(x[0], x[kPoints - 1]);
   return curve;
 }
@@ -141,24 +142,28 @@ double Stat::CountWithin(double location, double squaredError) const {
 
 T_MatVectorCol<double>* Stat::GetMostProbableValue(int prior, int logNormal) {
   std::unique_ptr<T_MatVectorCol<double>> result(new (std::nothrow) T_MatVectorCol<double>(3));
-  if (!result || static_cast<double*>(*result) == nullptr) return nullptr;
+  if (!result || result->Dim() != 3) return nullptr;
   (*result)[0] = Mean;
   (*result)[1] = len == 1 ? Disp : SEM2;
   if (len <= 2 || IsTooNarrowToSearch()) return result.release();
-  if (isTooLong()) return GetMostProbableValueOfSubset(prior, logNormal);
-  SearchMostProbableValue(*result, prior, logNormal);
+  if (isTooLong()) {
+    TakeMostProbableValueOfSubset(*result, prior, logNormal);
+  } else {
+    SearchMostProbableValue(*result, prior, logNormal);
+  }
   return result.release();
 }
 
-T_MatVectorCol<double>* Stat::GetMostProbableValueOfSubset(int prior, int logNormal) {
+/// Overwrites `result` unless memory is missing.
+void Stat::TakeMostProbableValueOfSubset(T_MatVectorCol<double>& result, int prior, int logNormal) {
   const std::unique_ptr<Stat> subset(SampleSubset(kSubsetSize));
-  if (!subset) return nullptr;
-  T_MatVectorCol<double>* result = subset->GetMostProbableValue(prior, logNormal);
-  if (result == nullptr) return nullptr;
-  const double squaredError = (*result)[1] * kSubsetSize / len;
-  (*result)[1] = squaredError;
-  (*result)[2] = CountWithin((*result)[0], squaredError);
-  return result;
+  if (!subset || subset->Len() == 0) return;
+  const std::unique_ptr<T_MatVectorCol<double>> ofSubset(
+      subset->GetMostProbableValue(prior, logNormal));
+  if (!ofSubset) return;
+  result[0] = (*ofSubset)[0];
+  result[1] = (*ofSubset)[1] * kSubsetSize / len;
+  result[2] = CountWithin(result[0], result[1]);
 }
 
 /// Overwrites `result` unless dispersions, weights or memory are missing.
@@ -223,6 +228,7 @@ double Stat::GetSEM2OfMostProbableValue(double location, ProbFunc function, Vari
   if (h(upper) < 0.0) limits.upper = BisectRelative(h, location, upper, Accuracy);
 
   TFunc curve = TabulateProbability(limits, function, args, atPeak);
+  if (curve.N == 0) return SEM2;
   const double below =
       FindThirtyFourPercent([&](double x) { return curve.IntegralSimpson(x, location); }, location,
                             limits.lower, Accuracy);

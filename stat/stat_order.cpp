@@ -71,9 +71,10 @@ void Stat::GetMedian_SD(double& median, double& sd) {
     return;
   }
   if (len >= 4 && len < kSmallSample) {
-    double mad = 0.0;
+    constexpr double kNotWritten = -1.0;
+    double mad = kNotWritten;
     GetMedian_MAD(median, mad);
-    sd = mad / std::sqrt(static_cast<double>(len));
+    if (mad != kNotWritten) sd = mad / std::sqrt(static_cast<double>(len));
     return;
   }
   if (len == 2) {

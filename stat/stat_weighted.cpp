@@ -104,7 +104,8 @@ void Stat_Weighted::FindWeightedMean() {
   WeightedMean = sum / len;
   WeightedSEM2 = 0.0;
   for (int i = 0; i < len; ++i) {
-    WeightedSEM2 += Weights[i] * (Data[i] - WeightedMean) * (Data[i] - WeightedMean);
+    const double deviation = Data[i] - WeightedMean;
+    WeightedSEM2 += Weights[i] * (deviation * deviation);
   }
   if (len > 1) WeightedSEM2 /= (len - 1.0) * len;
   if (WeightedSEM2 == 0.0) WeightedSEM2 = SEM2;

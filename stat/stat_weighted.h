@@ -14,6 +14,9 @@
 /// with its error. Cumulative distribution, medians and script export are weighted versions, and
 /// the probability functions receive the weights. Where the weights cannot be copied for lack of
 /// memory the object is an empty sample.
+///
+/// The inherited `operator*=` scales what it names and nothing more: weighted mean, its error,
+/// correlation, and the weights with their dispersion and type stay as they were.
 class TARN_API Stat_Weighted : public Stat {
  public:
   /// `n` values and weights.
@@ -69,8 +72,6 @@ class TARN_API Stat_Weighted : public Stat {
   /// is not positive. Error 88 and 0 when a logarithm of a number that is not positive is asked
   /// for.
   double GetCorrToWeight(int logValues, int logWeights);
-
-  // What the inherited `operator*=` scales is what it names; weighted mean and its error stay.
 
  private:
   void CopyWeights(const double* w);

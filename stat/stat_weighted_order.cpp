@@ -85,6 +85,7 @@ void Stat_Weighted::GetMedian_MAD(double& median, double& mad) {
   double* p = nullptr;
   int n = 0;
   GetCumulativeDistr(x, p, n);
+  if (x == nullptr) return;
   ReadMedian(x, p, n, median);
 
   tarn::HostWorkArea deviations(len);
@@ -110,7 +111,7 @@ void Stat_Weighted::GetMedian_SD(double& median, double& sd) {
     return;
   }
   const std::unique_ptr<T_MatVectorCol<double>> fit(FitCumulativeDistribution());
-  if (!fit || static_cast<double*>(*fit) == nullptr) return;
+  if (!fit) return;
   if ((*fit)[0] < Min || (*fit)[0] > Max) {
     GetMedian_MAD(median, sd);
     return;
