@@ -14,6 +14,7 @@
 #include "optim/bisection.h"
 #include "optim/climb.h"
 #include "optim/golden_section.h"
+#include "optim/line_lsqm2.h"
 #include "special/bessel_modified.h"
 #include "special/beta.h"
 #include "special/error_function.h"

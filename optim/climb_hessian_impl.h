@@ -13,6 +13,23 @@
 #include "optim/climb.h"
 #include "optim/difference_points.h"
 
+namespace tarn {
+
+/// Whether a matrix has the storage of its shape; one that memory was refused has not.
+template <class T>
+bool HasElements(const T_Matrix<T>* matrix) {
+  return matrix != nullptr && (matrix->Y() == 0 || (*matrix)[0] != nullptr);
+}
+
+/// A new copy; null when it cannot be had.
+template <class T>
+T_Matrix<T>* NewCopy(const T_Matrix<T>& matrix) {
+  std::unique_ptr<T_Matrix<T>> copy(new (std::nothrow) T_Matrix<T>(matrix));
+  return HasElements(copy.get()) ? copy.release() : nullptr;
+}
+
+}  // namespace tarn
+
 // Second derivatives ------------------------------------------------------------------------------
 
 template <class T>
@@ -144,7 +161,7 @@ T_Matrix<T>* T_Climb<T>::_GetHessian(T_MatVectorCol<T>& s) {
     cachedPoint_ = s;
     symmetricDerivative_ = symmetric;
   }
-  return new (std::nothrow) T_Matrix<T>(hessianCache_);
+  return tarn::NewCopy(hessianCache_);
 }
 
 template <class T>
@@ -202,10 +219,8 @@ void Spread(T_Matrix<T>& matrix, const T_Matrix<T>& kept, const T_Array<int>& ex
 
 template <class T>
 T_Matrix<T>* T_Climb<T>::_GetCovariationMatrix(T_MatVectorCol<T>& s) {
-  if (!IsCacheValid(covarianceCache_, s)) {
-    if (!FillCovariance(s)) return nullptr;
-  }
-  return new (std::nothrow) T_Matrix<T>(covarianceCache_);
+  if (!IsCacheValid(covarianceCache_, s) && !FillCovariance(s)) return nullptr;
+  return tarn::NewCopy(covarianceCache_);
 }
 
 /// Fills the cache from the Hessian at s. False when work space cannot be had.
@@ -215,17 +230,21 @@ bool T_Climb<T>::FillCovariance(T_MatVectorCol<T>& s) {
   if (hessian == nullptr) return false;
   tarn::MakeDiagonalPositive(*hessian);
   T_Array<int> excluded(0);
+  int excludedCount = 0;
   for (int i = 0; i < dimension_; ++i) {
-    if (IsFixed(i) || (*hessian)(i, i) == 0) excluded.InsertItem(excluded.Len(), i);
+    if (!IsFixed(i) && (*hessian)(i, i) != 0) continue;
+    excluded.InsertItem(excluded.Len(), i);
+    ++excludedCount;
   }
+  if (excluded.Len() != excludedCount) return false;
   covarianceCache_.Set(T(0));
   if (excluded.Len() == dimension_) return true;
   QSort(excluded.GetData(), excluded.Len());
   std::unique_ptr<T_Matrix<T>> kept(hessian->GetMinor(excluded, excluded));
   hessian.reset();
-  if (kept == nullptr) return false;
+  if (!tarn::HasElements(kept.get())) return false;
   std::unique_ptr<T_Matrix<T>> inverse(kept->Inverse());
-  if (inverse == nullptr) return false;
+  if (!tarn::HasElements(inverse.get())) return false;
   if (covarianceFlag_ != 0) *inverse *= T(2);
   tarn::Spread(covarianceCache_, *inverse, excluded);
   tarn::MakeDiagonalPositive(covarianceCache_);
