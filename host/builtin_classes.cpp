@@ -32,26 +32,9 @@ bool FailForMemory() {
   return false;
 }
 
-bool HasElements(const Variable& value) {
-  return value.TypeWord() == VARTYPE_ARRAY || value.IsInheritFrom(VARCLASS_ARRAY) != 0 ||
-         value.IsInheritFrom(VARCLASS_VECTOR) != 0;
-}
-
-/// Makes `target` a plain array of the elements of `source`.
-bool CopyElements(Variable& target, const Variable& source) {
-  const std::int64_t count = source.GetDim();
-  Variable copy(VARTYPE_ARRAY, count);
-  if (copy.GetDim() != count) return FailForMemory();
-  const Variable* from = source.GetArray();
-  Variable* to = copy.GetArray();
-  for (std::int64_t i = 0; i < count; ++i) {
-    to[i] = from[i];
-    if (to[i].TypeWord() == VARTYPE_EMPTY && from[i].TypeWord() != VARTYPE_EMPTY) {
-      return FailForMemory();
-    }
-  }
-  VariableAccess::Move(target, copy);
-  return true;
+/// Makes `target` a plain array of copies of the elements of `source`.
+bool TakeElements(Variable& target, const Variable& source) {
+  return CopyElements(target, source) || FailForMemory();
 }
 
 bool AreNumbers(const Variable& values) {
@@ -85,7 +68,7 @@ bool ConstructSequence(Object& object, VarRegister* arguments, int count, bool n
   const Variable& argument = arguments[0].GetVar();
   if (HasElements(argument)) {
     if (numbersOnly && !AreNumbers(argument)) return Fail(name + " takes only numbers as elements");
-    return CopyElements(object.Elements(), argument);
+    return TakeElements(object.Elements(), argument);
   }
   const std::int64_t dimension = DimensionOf(argument);
   if (dimension < 0) return Fail(name + " takes its dimension, a whole number, or its elements");
@@ -136,7 +119,7 @@ bool ConstructTabulatedFunction(Object& object, VarRegister* arguments, int coun
     return Fail("TFunc takes as many ordinates as abscissae, got " + std::to_string(y.GetDim()) +
                 " and " + std::to_string(x.GetDim()));
   }
-  return CopyElements(*abscissae, x) && CopyElements(*ordinates, y);
+  return TakeElements(*abscissae, x) && TakeElements(*ordinates, y);
 }
 
 // Progress windows. There is no window: the embedding program may watch what one would show.

@@ -179,6 +179,23 @@ Variable* AllocateElements(std::int64_t count) {
   return ElementsOf(header);
 }
 
+bool HasElements(const Variable& value) {
+  return value.IsInheritFrom(VARCLASS_ARRAY) != 0 || value.IsInheritFrom(VARCLASS_VECTOR) != 0;
+}
+
+bool CopyElements(Variable& target, const Variable& source) {
+  const std::int64_t count = source.GetDim();
+  Variable copy(VARTYPE_ARRAY, count);
+  if (copy.GetDim() != count) return false;
+  Variable* to = copy.GetArray();
+  const Variable* from = source.GetArray();
+  for (std::int64_t i = 0; i < count; ++i) {
+    if (!VariableAccess::DeepCopy(to[i], from[i])) return false;
+  }
+  VariableAccess::Move(target, copy);
+  return true;
+}
+
 char* AllocateCharacters(std::int64_t length) {
   if (length < 0 || length > kMostCharacters) return nullptr;
   auto* header =

@@ -59,6 +59,13 @@ inline std::int64_t ArrayCount(const Variable& value) {
   return elements == nullptr ? 0 : HeaderOf(elements)->count;
 }
 
+/// Whether a value is an array, a vector value or an array object, which have elements.
+bool HasElements(const Variable& value);
+
+/// Makes `target` a plain array of copies of the elements of `source`. False, and `target`
+/// unchanged, when the heap refuses.
+bool CopyElements(Variable& target, const Variable& source);
+
 /// A block for `length` characters, zero-filled and one longer; null when the heap refuses.
 char* AllocateCharacters(std::int64_t length);
 std::int64_t CharacterCount(const char* characters);

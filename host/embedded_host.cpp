@@ -27,8 +27,9 @@ Processor& EmbeddedHost::GetProcessor() { return implementation_->processor; }
 
 bool EmbeddedHost::Load(const std::string& path) {
   std::optional<HostError> error = tarn::LoadModule(*implementation_, path);
-  if (error) implementation_->MakePending(*std::move(error));
-  return !error;
+  if (!error) return true;
+  implementation_->MakePending(*std::move(error));
+  return false;
 }
 
 std::vector<std::string> EmbeddedHost::ModuleDescriptions() const {
@@ -60,8 +61,9 @@ bool EmbeddedHost::Call(const std::string& function, std::span<Variable> argumen
   Variable value;
   std::optional<HostError> error = tarn::CallFunction(host, function, arguments, value);
   if (result != nullptr) VariableAccess::Move(VariableAccess::Resolve(*result), value);
-  if (error) host.MakePending(*std::move(error));
-  return !error;
+  if (!error) return true;
+  host.MakePending(*std::move(error));
+  return false;
 }
 
 EmbeddedHost::Handler EmbeddedHost::FindHandler(const std::string& function) const {

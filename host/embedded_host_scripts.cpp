@@ -7,8 +7,9 @@
 namespace {
 
 bool Finish(tarn::HostState& host, std::optional<HostError> error) {
-  if (error) host.MakePending(*std::move(error));
-  return !error;
+  if (!error) return true;
+  host.MakePending(*std::move(error));
+  return false;
 }
 
 }  // namespace

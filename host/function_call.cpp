@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "frame/error_numbers.h"
+#include "host/container.h"
 #include "host/script_class.h"
 
 namespace tarn {
@@ -13,10 +14,6 @@ namespace {
 std::string DescribeObject(const Variable& value) {
   if (value.IsInheritFrom(VARCLASS_VECTOR) != 0) return "a vector value";
   return std::string("an object of class ") + value.GetObject()->Class().Name();
-}
-
-bool IsVectorLike(const Variable& value) {
-  return value.IsInheritFrom(VARCLASS_VECTOR) != 0 || value.IsInheritFrom(VARCLASS_ARRAY) != 0;
 }
 
 /// What is wrong with the elements of a vector-like value; empty: all are numbers.
@@ -34,7 +31,7 @@ std::string ElementProblem(const Variable& value, std::size_t index) {
 std::string SetObject(VarRegister& target, const Parameter& parameter, Variable& value,
                       std::size_t index) {
   std::string problem;
-  if (parameter.className == "Vector" && IsVectorLike(value)) {
+  if (parameter.className == "Vector" && HasElements(value)) {
     problem = ElementProblem(value, index);
   } else {
     const ScriptClass* wanted = FindScriptClass(parameter.className);

@@ -215,7 +215,7 @@ constexpr struct {
 /// value:table(), the elements as a table.
 int BoxToTable(lua_State* lua) {
   const Variable& value = RequireBox(lua, 1);
-  if (value.TypeWord() != VARTYPE_ARRAY && !value.IsObject()) {
+  if (!HasElements(value)) {
     throw ScriptError(kErrorArgument, DescribeKind(value) + " has no elements");
   }
   PushTable(lua, value);

@@ -61,8 +61,9 @@ bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* 
   const ScriptCall call{called, arguments, count, self, result};
   std::optional<HostError> error =
       RunProtected(host, [&call](lua_State* lua) { RunCall(lua, call); });
-  if (error) host.MakePending(*std::move(error));
-  return !error;
+  if (!error) return true;
+  host.MakePending(*std::move(error));
+  return false;
 }
 
 }  // namespace tarn

@@ -1,8 +1,10 @@
 #include "host/lua_library.h"
 
 #include <random>
+#include <string_view>
 
 #include "frame/error_numbers.h"
+#include "host/container.h"
 #include "host/lua_complex.h"
 #include "host/lua_values.h"
 #include "host/module_registry.h"
@@ -35,8 +37,9 @@ int Print(lua_State* lua) {
 
 // Values ------------------------------------------------------------------------------------------
 
-/// Creates an object of a class from the script's arguments.
-int Construct(lua_State* lua, const ScriptClass& scriptClass) {
+/// The constructor of the class that the upvalue tells.
+int Construct(lua_State* lua) {
+  const auto& scriptClass = *static_cast<const ScriptClass*>(lua_touserdata(lua, NativeUpvalue(1)));
   const int count = lua_gettop(lua);
   ArgumentRegisters registers(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
@@ -55,14 +58,6 @@ int Construct(lua_State* lua, const ScriptClass& scriptClass) {
   return 1;
 }
 
-/// The constructor of a class, which the upvalue tells.
-int ConstructByUpvalue(lua_State* lua) {
-  return Construct(lua, *static_cast<const ScriptClass*>(lua_touserdata(lua, NativeUpvalue(1))));
-}
-
-/// vector(dimension or elements)
-int MakeVector(lua_State* lua) { return Construct(lua, *FindScriptClass("Vector")); }
-
 /// array(elements or length): a plain array; elements of a length are empty.
 int MakeArray(lua_State* lua) {
   lua_settop(lua, 1);
@@ -70,10 +65,8 @@ int MakeArray(lua_State* lua) {
   if (lua_istable(lua, 1)) {
     ReadValue(lua, 1, made);
   } else if (const Variable* boxed = BoxedValue(lua, 1)) {
-    made.Init(VARTYPE_ARRAY, boxed->GetDim());
-    const Variable* elements = boxed->GetArray();
-    if (elements == nullptr && boxed->GetDim() > 0) RefuseArgument(lua, 1, "elements or a length");
-    for (std::int64_t i = 0; i < made.GetDim(); ++i) made[i] = elements[i];
+    if (!HasElements(*boxed)) RefuseArgument(lua, 1, "elements or a length");
+    if (!CopyElements(made, *boxed)) throw std::bad_alloc();
   } else if (lua_isinteger(lua, 1) != 0 && lua_tointeger(lua, 1) >= 0) {
     made.Init(VARTYPE_ARRAY, lua_tointeger(lua, 1));
     if (made.GetDim() != lua_tointeger(lua, 1)) throw std::bad_alloc();
@@ -86,9 +79,7 @@ int MakeArray(lua_State* lua) {
 /// totable(value): the elements of a host value as a table.
 int ToTable(lua_State* lua) {
   const Variable* boxed = BoxedValue(lua, 1);
-  if (boxed == nullptr || (boxed->TypeWord() != VARTYPE_ARRAY && !boxed->IsObject())) {
-    RefuseArgument(lua, 1, "an array or a vector");
-  }
+  if (boxed == nullptr || !HasElements(*boxed)) RefuseArgument(lua, 1, "an array or a vector");
   PushTable(lua, *boxed);
   return 1;
 }
@@ -133,10 +124,18 @@ int SeedFromScript(lua_State* lua) {
 }
 
 constexpr NativeFunction kFunctions[] = {
-    {"print", Print},         {"array", MakeArray},     {"vector", MakeVector},
-    {"complex", MakeComplex}, {"totable", ToTable},     {"Load", LoadFromScript},
-    {"Rand", RandFromScript}, {"Seed", SeedFromScript}, {"ReadColumns", ReadColumnsFromScript},
+    {"print", Print},         {"array", MakeArray},
+    {"complex", MakeComplex}, {"totable", ToTable},
+    {"Load", LoadFromScript}, {"Rand", RandFromScript},
+    {"Seed", SeedFromScript}, {"ReadColumns", ReadColumnsFromScript},
 };
+
+/// Makes the constructor of a class a global.
+void PublishConstructor(lua_State* lua, const ScriptClass& scriptClass, const char* name) {
+  lua_pushlightuserdata(lua, const_cast<ScriptClass*>(&scriptClass));
+  PushCopiedNativeFunction(lua, {name, Construct}, 1);
+  lua_setglobal(lua, name);
+}
 
 /// The request to stop a script uses the interpreter's hook, so scripts cannot have it.
 void TakeHookFromScripts(lua_State* lua) {
@@ -154,9 +153,11 @@ void OpenLibrary(lua_State* lua) {
     lua_setglobal(lua, function.name);
   }
   for (const ScriptClass* scriptClass : ScriptClasses()) {
-    lua_pushlightuserdata(lua, const_cast<ScriptClass*>(scriptClass));
-    PushCopiedNativeFunction(lua, {scriptClass->Name(), ConstructByUpvalue}, 1);
-    lua_setglobal(lua, scriptClass->Name());
+    PublishConstructor(lua, *scriptClass, scriptClass->Name());
+    // Besides, in lower case like `array`, the vector that scripts use most.
+    if (std::string_view(scriptClass->Name()) == "Vector") {
+      PublishConstructor(lua, *scriptClass, "vector");
+    }
   }
   TakeHookFromScripts(lua);
 }

@@ -59,7 +59,7 @@ void PushTableAt(lua_State* lua, const Variable& value, int depth);
 
 void PushTableElement(lua_State* lua, const Variable& element, int depth) {
   const Variable& value = Access::Resolve(element);
-  if (value.GetArray() != nullptr || Access::Type(value) == kArray) {
+  if (HasElements(value)) {
     PushTableAt(lua, value, depth);
   } else {
     PushShared(lua, value);

@@ -19,7 +19,7 @@ constexpr std::size_t kMostCharactersShown = 60;
 /// Arrays in arrays are shown this far; a value may refer to itself.
 constexpr int kDeepestShown = 3;
 
-std::string TextAt(const Variable& value, int depth);
+std::string TextAt(const Variable& reference, int depth);
 
 std::string ComplexText(ComplexNumber number) {
   std::string text = NumberText(number.real);
@@ -53,9 +53,7 @@ std::string MembersText(const Object& object, int depth) {
 std::string ObjectText(const Variable& value, int depth) {
   const Object& object = *value.GetObject();
   std::string text = object.Class().Name();
-  if (value.IsInheritFrom(VARCLASS_VECTOR) != 0 || value.IsInheritFrom(VARCLASS_ARRAY) != 0) {
-    text += ElementsText(value, depth);
-  }
+  if (HasElements(value)) text += ElementsText(value, depth);
   if (object.FirstMember() != nullptr) text += MembersText(object, depth);
   return text;
 }

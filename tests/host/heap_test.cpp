@@ -89,7 +89,10 @@ TEST_F(HeapTest, RefusedCopyLeavesAnEmptyValue) {
   Variable original = Value("return array{1, 'text', {2, complex(1, 2)}, MVector{3, 4}, TFunc()}");
   const std::int64_t before = EmbeddedHost::LiveBlockCount();
   host.SetHeapFailure({});
-  { const Variable copy(original); }
+  {
+    Variable copy;
+    copy = original;
+  }
   const std::int64_t requests = host.HeapRequestCount();
   EXPECT_GE(requests, 8);
   for (std::int64_t refused = 1; refused <= requests; ++refused) {

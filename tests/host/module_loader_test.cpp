@@ -23,7 +23,7 @@ class ModuleLoaderTest : public HostTest {
     EXPECT_FALSE(host.Load(path));
     EXPECT_TRUE(host.Signatures().empty());
     EXPECT_TRUE(host.ModuleDescriptions().empty());
-    const HostError error = host.TakeError();
+    HostError error = host.TakeError();
     EXPECT_EQ(error.number, 5);
     EXPECT_EQ(error.name, "Module cannot be loaded.");
     EXPECT_NE(error.message.find(path), std::string::npos) << error.message;

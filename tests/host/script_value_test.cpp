@@ -107,6 +107,8 @@ TEST_F(ScriptValueTest, ArraysBecomeTables) {
   EXPECT_EQ(Number("return #totable(MVector{1, 2, 3})"), 3.0);
   EXPECT_EQ(Text("type(totable(array(0)))"), "table");
   EXPECT_EQ(Failure("totable(5)").message, "argument 1 must be an array or a vector, got 5");
+  EXPECT_EQ(Failure("TFunc():table()").message, "an object of class TFunc has no elements");
+  EXPECT_EQ(Failure("array(TFunc())").number, 3);
   EXPECT_EQ(Failure("complex(1, 2):table()").message, "a complex number has no elements");
 }
 

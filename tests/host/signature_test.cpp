@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <ostream>
 #include <string>
 
 #include "tests/support/host_fixture.h"
@@ -46,6 +47,10 @@ struct Accepted {
   const char* name;
   int parameters;
 };
+
+std::ostream& operator<<(std::ostream& out, const Accepted& accepted) {
+  return out << accepted.signature;
+}
 
 class AcceptedSignature : public SignatureTest, public ::testing::WithParamInterface<Accepted> {};
 
