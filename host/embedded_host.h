@@ -11,6 +11,9 @@
 /// }
 /// ```
 ///
+/// Functions that a program hands to a host (uniform source, output, refusal of memory, watchers)
+/// are called while modules run and must not throw.
+///
 /// One host exists at a time. Registered error numbers, names and classes belong to the process and
 /// outlive a host, as loaded modules do: a module initialises once per process.
 
@@ -65,8 +68,10 @@ class TARN_HOST_API EmbeddedHost {
 
   // Scripts -------------------------------------------------------------------------------------
 
-  /// Compiles and runs script text. The chunk's first value, if any, is stored in `*value` where
-  /// one is given. False with a pending error when it does not compile or ends with an error.
+  /// Compiles and runs script text under a name that errors quote. Where `value` is given, it takes
+  /// a copy of the chunk's first value: empty for none or nil, 1 or 0 for a boolean, an array for a
+  /// table. False with a pending error, and `*value` as it was, when the text does not compile,
+  /// ends with an error, or has a value that no host value can be made of.
   bool Evaluate(std::string_view text, Variable* value = nullptr,
                 const std::string& chunkName = "text");
   /// Runs a script file; the script sees `arguments` as its `...` and, with the file at index 0, as
@@ -126,8 +131,10 @@ class TARN_HOST_API EmbeddedHost {
   /// Makes `GetOwner()` answer null until called with false.
   void HideOwner(bool hide);
   /// Asks the running script to stop: the flag `stopRequested` of the processor is set, and the
-  /// script ends with the error "Progress window got cancel" at the interpreter's next step. Safe
-  /// to call from a signal handler and from another thread.
+  /// script ends with the error "Progress window got cancel" within a thousand steps of the
+  /// interpreter, even if it catches errors. A request made while nothing runs ends the next script
+  /// or call; it is over when the outermost call into the host returns. Safe to call from a signal
+  /// handler and from another thread.
   void RequestStop();
 
   /// Makes the host heap refuse requests: `refuse(k)` is asked for the k-th request, counted from 1

@@ -60,6 +60,7 @@ bool IsWholeInt32(double number) {
 }
 
 std::string DescribeNumber(double number) {
+  if (std::isnan(number)) return "nan";
   char text[32];
   std::snprintf(text, sizeof(text), "%.15g", number);
   return text;

@@ -68,7 +68,8 @@ int CallObjectMethod(lua_State* lua) {
   Variable result;
   {
     const PendingErrorAside aside(host);
-    CallMethod(host, object, name.c_str(), registers.Get(), static_cast<int>(count), result, true);
+    CallMethod(host, object, name.c_str(), registers.Get(), static_cast<int>(count), result,
+               Conversion::kToDeclaredTypes);
     if (std::optional<HostError> error = aside.Raised()) throw RaisedError(*std::move(error));
   }
   PushMoved(lua, result);

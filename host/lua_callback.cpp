@@ -67,11 +67,3 @@ bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* 
 }
 
 }  // namespace tarn
-
-int Processor::RunFunctionAsIs(VarRegister& result, Variable& function, VarRegister* arguments,
-                               int count) {
-  tarn::HostState* host = tarn::CurrentHost();
-  if (host == nullptr) return 0;
-  return tarn::CallScriptFunction(*host, function, arguments, count, nullptr, result.GetVar()) ? 1
-                                                                                               : 0;
-}

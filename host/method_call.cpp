@@ -30,7 +30,7 @@ void ConvertArgument(Variable& target, const Variable& argument, MethodParameter
 }
 
 bool CallOwnMethod(HostState& host, Object& object, const ScriptMethod& method,
-                   VarRegister* arguments, int count, Variable& result, bool convert) {
+                   VarRegister* arguments, int count, Variable& result, Conversion conversion) {
   const int expected = method.ParameterCount();
   if (count != expected) {
     return Fail(host, std::string("method ") + method.name + " " +
@@ -38,7 +38,7 @@ bool CallOwnMethod(HostState& host, Object& object, const ScriptMethod& method,
                                        static_cast<std::size_t>(count)));
   }
   const std::int64_t raisedBefore = host.raisedErrors;
-  if (convert && count == 1) {
+  if (conversion == Conversion::kToDeclaredTypes && count == 1) {
     VarRegister converted;
     ConvertArgument(converted.GetVar(), arguments[0].GetVar(), method.parameter);
     method.run(object, &converted, result);
@@ -60,7 +60,7 @@ const Variable* FindScriptMethod(const Object& object, const char* name) {
 }  // namespace
 
 bool CallMethod(HostState& host, Variable& object, const char* name, VarRegister* arguments,
-                int count, Variable& result, bool convert) {
+                int count, Variable& result, Conversion conversion) {
   Object* instance = object.GetObject();
   if (instance == nullptr || name == nullptr) {
     return Fail(host, DescribeKind(object) + " has no methods");
@@ -72,7 +72,7 @@ bool CallMethod(HostState& host, Variable& object, const char* name, VarRegister
   if (method == nullptr) {
     return Fail(host, std::string("class ") + instance->Class().Name() + " has no method " + name);
   }
-  return CallOwnMethod(host, *instance, *method, arguments, count, result, convert);
+  return CallOwnMethod(host, *instance, *method, arguments, count, result, conversion);
 }
 
 }  // namespace tarn

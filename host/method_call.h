@@ -13,11 +13,13 @@ namespace tarn {
 bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* arguments,
                         int count, const Variable* self, Variable& result);
 
+/// What happens to the arguments of a class's own method before it runs.
+enum class Conversion { kNone, kToDeclaredTypes };
+
 /// Calls a method of an object: a member that holds a script function, which gets the object as its
-/// first argument, or else the class's own method of that name. `convert`: the argument is
-/// converted to the declared type of the class's method. False with a pending error.
+/// first argument, or else the class's own method of that name. False with a pending error.
 bool CallMethod(HostState& host, Variable& object, const char* name, VarRegister* arguments,
-                int count, Variable& result, bool convert);
+                int count, Variable& result, Conversion conversion);
 
 }  // namespace tarn
 

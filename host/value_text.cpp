@@ -98,6 +98,7 @@ std::string TextAt(const Variable& reference, int depth) {
 }  // namespace
 
 std::string NumberText(double number) {
+  if (std::isnan(number)) return "nan";
   char text[40];
   const std::to_chars_result end = std::to_chars(text, text + sizeof(text), number);
   return std::string(text, end.ptr);

@@ -123,6 +123,9 @@ TEST_F(ProgressTest, MethodsThatDoNotExistAreErrors) {
   VarRegister result;
   EXPECT_EQ(host.GetProcessor().RunMethodAsIs(result, "CheckCancel", nullptr, 0, &number), 0);
   EXPECT_EQ(host.TakeError().message, "a number has no methods");
+  Variable* const noObject = nullptr;
+  EXPECT_EQ(host.GetProcessor().RunMethodAsIs(result, "CheckCancel", nullptr, 0, noObject), 0);
+  EXPECT_EQ(host.TakeError().message, "nothing has no methods");
   EXPECT_EQ(Failure("ProgressWnd():NoSuchMethod()").number, 4);
 }
 
