@@ -6,6 +6,7 @@
 #include "special/bessel_iteration.h"
 #include "special/bessel_order.h"
 #include "special/bessel_real_order.h"
+#include "special/lentz_guard.h"
 #include "special/temme_series.h"
 
 namespace tarn {
@@ -40,19 +41,13 @@ struct FirstFractionJ {
     b += step;
     d = b - d;
     c = b - 1.0 / c;
-    if (std::fabs(d) < kLentzTiny || std::fabs(c) < kLentzTiny) [[unlikely]]
-      Guard();
+    GuardTiny(c, d);
     d = 1.0 / d;
     const double del = c * d;
     h = del * h;
     negativeCount += d < 0.0 ? 1 : 0;
     converged = std::fabs(del - 1.0) < kTolerance;
     ++i;
-  }
-
-  void Guard() {
-    if (std::fabs(d) < kLentzTiny) d = kLentzTiny;
-    if (std::fabs(c) < kLentzTiny) c = kLentzTiny;
   }
 
   /// J with its sign and a tiny size.
@@ -145,6 +140,7 @@ Complex Inverse(const Complex& u) {
   return {u.re / norm, u.im / -norm};
 }
 
+/// Lentz guards of complex numerators and denominators.
 bool IsTiny(const Complex& u) { return std::fabs(u.re) + std::fabs(u.im) < kLentzTiny; }
 
 /// The second fraction p + iq = (J' + iY')/(J + iY) at mu for x >= 2 by the modified Lentz method.

@@ -11,6 +11,7 @@
 #include "frame/host.h"
 #include "special/gamma.h"
 #include "special/iteration_limits.h"
+#include "special/lentz_guard.h"
 #include "special/log_complement.h"
 
 namespace tarn {
@@ -24,8 +25,6 @@ constexpr double kLnOfZero = -1e300;
 // The number in the text is not the limit of rounds; callers know the text by heart.
 constexpr const char* kNotConverged = "a or b too big, Beta_P does not converge in 300 itterations";
 
-double GuardTiny(double value) { return std::fabs(value) < kLentzTiny ? kLentzTiny : value; }
-
 /// The modified Lentz recurrence of the incomplete beta function's continued fraction [1, 2]: two
 /// steps, an even and an odd one, per round. The value accumulates d*c of every step; how is what
 /// `Accumulator` decides.
@@ -35,18 +34,22 @@ double IncompleteBetaFraction(double a, double b, double x) {
   const double qap = a + 1.0;
   const double qam = a - 1.0;
   double c = 1.0;
-  double d = 1.0 / GuardTiny(1.0 - qab * x / qap);
+  double d = 1.0 - qab * x / qap;
+  GuardTiny(c, d);
+  d = 1.0 / d;
   Accumulator value(d);
   for (int m = 1; m <= kMaxRounds; ++m) {
     const int m2 = 2 * m;
     const double even = m * (b - m) * x / ((qam + m2) * (a + m2));
-    d = GuardTiny(1.0 + even * d);
-    c = GuardTiny(1.0 + even / c);
+    d = 1.0 + even * d;
+    c = 1.0 + even / c;
+    GuardTiny(c, d);
     d = 1.0 / d;
     value.AddEvenStep(d, c);
     const double odd = -(a + m) * (qab + m) * x / ((a + m2) * (qap + m2));
-    d = GuardTiny(1.0 + odd * d);
-    c = GuardTiny(1.0 + odd / c);
+    d = 1.0 + odd * d;
+    c = 1.0 + odd / c;
+    GuardTiny(c, d);
     d = 1.0 / d;
     const double del = d * c;
     value.AddOddStep(del);

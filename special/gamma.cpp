@@ -13,6 +13,7 @@
 #include "frame/error_numbers.h"
 #include "frame/host.h"
 #include "special/iteration_limits.h"
+#include "special/lentz_guard.h"
 #include "special/log_complement.h"
 
 namespace tarn {
@@ -78,8 +79,7 @@ double IncompleteGammaFraction(double a, double x) {
     b += 2.0;
     d = an * d + b;
     c = b + an / c;
-    if (std::fabs(c) < kLentzTiny) c = kLentzTiny;
-    if (std::fabs(d) < kLentzTiny) d = kLentzTiny;
+    GuardTiny(c, d);
     d = 1.0 / d;
     const double del = d * c;
     h *= del;
