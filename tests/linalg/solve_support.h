@@ -167,7 +167,7 @@ template <class T>
   if (actual.Y() != expected.rows || actual.X() != expected.cols) {
     return ::testing::AssertionFailure() << "wrong shape";
   }
-  return SameElements(&actual.Item(0), expected.elements.data(), expected.elements.size());
+  return SameElements(actual[0], expected.elements.data(), expected.elements.size());
 }
 
 template <class T>
