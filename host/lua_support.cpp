@@ -1,6 +1,9 @@
 #include "host/lua_support.h"
 
+#include <climits>
 #include <new>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "frame/error_numbers.h"
@@ -76,38 +79,53 @@ void SetTextField(lua_State* lua, const char* name, const std::string& text) {
   lua_setfield(lua, -2, name);
 }
 
-/// The text field of the error value at the top of the stack.
-std::string TextField(lua_State* lua, const char* name) {
+/// The text field of the error value at the top of the stack, where it has one.
+std::optional<std::string> TextField(lua_State* lua, const char* name) {
   lua_pushstring(lua, name);
   lua_rawget(lua, -2);
-  std::string text;
-  if (lua_type(lua, -1) == LUA_TSTRING) text = lua_tostring(lua, -1);
+  std::optional<std::string> text;
+  if (lua_type(lua, -1) == LUA_TSTRING) {
+    std::size_t length = 0;
+    const char* characters = lua_tolstring(lua, -1, &length);
+    text.emplace(characters, length);
+  }
   lua_pop(lua, 1);
   return text;
 }
 
-/// The number of the error value at `index`; `kNoError` when the value is no error value.
-int NumberOfErrorValue(lua_State* lua, int index) {
-  if (!lua_istable(lua, index)) return kNoError;
-  lua_pushvalue(lua, index);
+/// The number of the error value at the top of the stack; `kNoError` where it has none.
+int NumberField(lua_State* lua) {
   lua_pushliteral(lua, "number");
   lua_rawget(lua, -2);
-  int isInteger = 0;
-  const lua_Integer number = lua_tointegerx(lua, -1, &isInteger);
+  const lua_Integer number = lua_type(lua, -1) == LUA_TNUMBER ? lua_tointeger(lua, -1) : kNoError;
+  lua_pop(lua, 1);
+  const bool isInt = number >= INT_MIN && number <= INT_MAX;
+  return isInt ? static_cast<int>(number) : kNoError;
+}
+
+bool HasErrorMetatable(lua_State* lua, int index) {
+  if (lua_getmetatable(lua, index) == 0) return false;
+  lua_rawgetp(lua, LUA_REGISTRYINDEX, &kErrorMetatable);
+  const bool same = lua_rawequal(lua, -1, -2) != 0;
   lua_pop(lua, 2);
-  return isInteger != 0 && number > 0 && number <= 65535 ? static_cast<int>(number) : kNoError;
+  return same;
+}
+
+/// Whether the value at the top of the stack is an error value: one made here, or a table of the
+/// script with an error number in it.
+bool IsErrorValue(lua_State* lua) {
+  if (!lua_istable(lua, -1)) return false;
+  return HasErrorMetatable(lua, -1) || NumberField(lua) > kNoError;
 }
 
 /// The error value at the top of the stack.
 HostError ReadErrorValue(lua_State* lua) {
   HostError error;
-  error.number = NumberOfErrorValue(lua, -1);
-  error.name = TextField(lua, "name");
-  error.message = TextField(lua, "message");
-  error.function = TextField(lua, "function");
-  error.where = TextField(lua, "where");
-  if (error.name.empty()) error.name = ErrorText(error.number);
-  if (error.message.empty()) error.message = error.name;
+  error.number = NumberField(lua);
+  error.name = TextField(lua, "name").value_or(ErrorText(error.number));
+  error.message = TextField(lua, "message").value_or(error.name);
+  error.function = TextField(lua, "function").value_or("");
+  error.where = TextField(lua, "where").value_or("");
   return error;
 }
 
@@ -119,15 +137,21 @@ int ErrorToText(lua_State* lua) {
   return 1;
 }
 
-/// Makes an error value of whatever a script raised, while the stack still tells where. Error
-/// values pass as they are.
-int MakeErrorValue(lua_State* lua) {
-  if (NumberOfErrorValue(lua, 1) != kNoError) return 1;
+/// The error behind a value that a script raised which is no error value.
+HostError ErrorOfValue(lua_State* lua) {
   LocatedMessage located = LocateMessage(lua, luaL_tolstring(lua, 1, nullptr));
-  HostState& host = HostOf(lua);
-  HostError error = host.NewError(kErrorScript, located.message.c_str());
+  HostError error = HostOf(lua).NewError(kErrorScript, located.message.c_str());
   error.function.clear();
   error.where = std::move(located.where);
+  return error;
+}
+
+/// Makes an error value of whatever a script raised, while the stack still tells where.
+int MakeErrorValue(lua_State* lua) {
+  lua_settop(lua, 1);
+  const bool isErrorValue = IsErrorValue(lua);
+  HostError error = isErrorValue ? ReadErrorValue(lua) : ErrorOfValue(lua);
+  if (error.where.empty()) error.where = ScriptPosition(lua);
   PushErrorValue(lua, error);
   return 1;
 }
@@ -148,7 +172,7 @@ int RunBody(lua_State* lua) {
 /// interpreter itself, which could not run the code that makes one.
 int FetchErrorValue(lua_State* lua) {
   auto& error = *static_cast<HostError*>(lua_touserdata(lua, 1));
-  if (NumberOfErrorValue(lua, 2) != kNoError) {
+  if (IsErrorValue(lua)) {
     error = ReadErrorValue(lua);
   } else {
     error = HostOf(lua).NewError(kErrorScript, luaL_tolstring(lua, 2, nullptr));

@@ -40,6 +40,17 @@ TEST_F(ScriptErrorTest, WithoutMessageSaysItsName) {
   EXPECT_EQ(error.ToString(), "text:1: RaiseNumber: Bad argument.");
 }
 
+TEST_F(ScriptErrorTest, KeepsAnyNumberAndMessage) {
+  for (const int number : {70000, -5, 2147483647}) {
+    const HostError error = Failure("RaiseNumber(" + std::to_string(number) + ")");
+    EXPECT_EQ(error.number, number);
+    EXPECT_EQ(error.function, "RaiseNumber");
+    EXPECT_EQ(error.where, "text:1");
+  }
+  EXPECT_EQ(Failure("RaiseError(3, '')").message, "");
+  EXPECT_EQ(Failure("Apply(function() RaiseNumber(70000) end, 1)").number, 70000);
+}
+
 TEST_F(ScriptErrorTest, CanBeCaughtByTheScript) {
   Run(R"(
     ok, e = pcall(RaiseError, 10, 'singular')
@@ -74,6 +85,7 @@ TEST_F(ScriptErrorTest, MadeByTheScriptKeepsItsNumber) {
   EXPECT_EQ(error.name, "Division by zero or singular system.");
   EXPECT_EQ(error.message, "my own");
   EXPECT_EQ(Failure("error{number = 10}").message, "Division by zero or singular system.");
+  EXPECT_EQ(Failure("\n\nerror{number = 10}").where, "text:3");
 }
 
 TEST_F(ScriptErrorTest, OfTheScriptItselfHasNumberAndPlace) {
