@@ -8,6 +8,15 @@
 /// publishes. Everything is compiled with hidden visibility, so a name without one of the two marks
 /// stays inside its library.
 
+/// @def TARN_EXPORTED
+/// A name that the library being compiled publishes.
+/// @def TARN_IMPORTED
+/// A name that another library publishes.
+/// @def TARN_API
+/// A name of the module.
+/// @def TARN_HOST_API
+/// A name of the host library.
+
 #if defined(_WIN32)
 #define TARN_EXPORTED __declspec(dllexport)
 #define TARN_IMPORTED __declspec(dllimport)

@@ -21,13 +21,13 @@
 /// Definition node of a script constant in the host's tree of definitions.
 class Tree {
  public:
-  std::int32_t GetInt32() const { return value_; }
+  std::int32_t GetInt32() const { return value_; }  ///< Value of the constant.
 
  protected:
-  explicit Tree(std::int32_t value) : value_(value) {}
+  explicit Tree(std::int32_t value) : value_(value) {}  ///< For the host, which makes the nodes.
   ~Tree() = default;
 
-  std::int32_t value_;
+  std::int32_t value_;  ///< the value
 };
 
 /// The interpreter in its role of error owner.
@@ -82,6 +82,7 @@ class TARN_HOST_API Processor : public Owner, public Token, public Engine {
   /// register.
   int RunMethod(VarRegister& result, const char* method, VarRegister* arguments, int count,
                 Variable* object);
+  /// The second of them, without conversion.
   int RunMethodAsIs(VarRegister& result, const char* method, VarRegister* arguments, int count,
                     Variable* object);
 
@@ -120,12 +121,12 @@ class TARN_HOST_API Buffer {
 /// its first virtual slot and never overrides it.
 class TARN_HOST_API TarnAss {
  protected:
-  virtual void PlaceHolder();
+  virtual void PlaceHolder();  ///< Keeps the first virtual slot; does nothing.
 
  public:
   TarnAss();
-  TarnAss(const TarnAss& other);
-  TarnAss& operator=(const TarnAss& other);
+  TarnAss(const TarnAss& other);             ///< There is nothing to copy.
+  TarnAss& operator=(const TarnAss& other);  ///< There is nothing to copy.
   virtual ~TarnAss();
 };
 

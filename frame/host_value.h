@@ -13,7 +13,8 @@
 
 #include "frame/export.h"
 
-class Object;  ///< A script object; opaque to the module, handed out by `Variable::GetObject`.
+class TarnAss;  ///< Base class of native objects, declared in frame/host.h.
+class Object;   ///< A script object; opaque to the module, handed out by `Variable::GetObject`.
 struct VariableAccess;  ///< The host's own door to the representation of a `Variable`.
 
 /// The host's enumeration of value types. Only the codes listed here have a meaning that the module
@@ -40,6 +41,8 @@ class TARN_HOST_API VarClass {
   int IsInheritFrom(std::uint16_t classId) const;
 
  protected:
+  /// For the host: a class of that identifier, derived from `baseClass` or, where that is null,
+  /// from none.
   VarClass(std::uint16_t classId, const VarClass* baseClass) : id_(classId), base_(baseClass) {}
   ~VarClass() = default;
 
@@ -110,8 +113,21 @@ class TARN_HOST_API Variable {
   Variable Conjugate() const;
   /// Stores a native pointer, so that script code can hand it back to native code.
   void SetCppPointer(void* pointer);
-  /// The pointer stored by `SetCppPointer`; null for every other kind of value.
+  /// Hands a native object over to the value, which points to it from now on. Copies of the value
+  /// point to the same object; the last of them deletes it through its virtual destructor. When the
+  /// host heap refuses, the object is deleted at once and the value is empty, as it is for null.
+  void SetOwnedObject(TarnAss* object);
+  /// The pointer stored by `SetCppPointer`, or the `TarnAss*` handed to `SetOwnedObject`; null for
+  /// every other kind of value.
   void* GetCppPointer() const;
+
+  /// Name of the member of an object at a zero-based index, in the order in which the members were
+  /// created; null past the end and for other values. The text stays valid.
+  const char* GetMemberName(std::int64_t index) const;
+  /// What the value is, in a word that errors can quote: "number", "text", "array", "function",
+  /// "nothing" for an empty value, "complex", "bytes", "pointer", the name of the class of an
+  /// object. The text stays valid.
+  const char* KindName() const;
 
   /// The type word of this very object (a reference is not followed; registers resolve them).
   std::uint32_t TypeWord() const { return typeWord_; }
@@ -147,14 +163,18 @@ class TARN_HOST_API VarRegister {
 
   /// The value held or referred to. References are followed, so the value is never one itself.
   Variable& GetVar();
+  /// `GetVar()`
   operator Variable&() { return GetVar(); }  // NOLINT(google-explicit-constructor)
-  operator double();                         // NOLINT(google-explicit-constructor)
-  operator float();                          // NOLINT(google-explicit-constructor)
-  operator int();                            // NOLINT(google-explicit-constructor)
+  /// `GetVar().GetDoubleNumb()`
+  operator double();  // NOLINT(google-explicit-constructor)
+  /// `GetVar().GetFloatNumb()`
+  operator float();  // NOLINT(google-explicit-constructor)
+  /// `GetVar().GetInt32Numb()`
+  operator int();  // NOLINT(google-explicit-constructor)
 
-  VarRegister& operator=(double value);
-  VarRegister& operator=(int value);
-  VarRegister& operator=(const char* text);
+  VarRegister& operator=(double value);      ///< Stores a real number.
+  VarRegister& operator=(int value);         ///< Stores an integer.
+  VarRegister& operator=(const char* text);  ///< Stores a copy of the text; null: nothing.
 
   /// Makes the register refer to `*value`, which the caller keeps alive.
   void PointTo(Variable* value);

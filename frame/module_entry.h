@@ -14,11 +14,12 @@
 using ScriptHandler = void (*)(VarRegister& result, VarRegister* arguments);
 
 /// One row of the script function table. The signature text names the function and its parameter
-/// kinds, "Name(kind, kind)", each kind one of "any", "number", "int", "refer object Vector". The
-/// table ends with the row {null, ""}.
+/// kinds, "Name(kind, kind)", each kind one of "any", "number", "int", "refer object Vector"; the
+/// embedded host takes more from other modules, see docs/host.md. The table ends with the row
+/// {null, ""}.
 struct ScriptFunction {
-  ScriptHandler handler;
-  const char* signature;
+  ScriptHandler handler;  ///< null in the last row
+  const char* signature;  ///< name and parameter kinds
 };
 
 /// Numbers of the entries.
@@ -30,11 +31,15 @@ enum TarnOrdinal : std::uint32_t {
   TARN_ORDINAL_COUNT = 6
 };
 
-// What each entry is, for a host that casts them back.
+/// An entry before it is cast to what it is.
 using TarnEntry = void (*)();
+/// Entry 2, `tarn::DescribeModule`.
 using TarnDescribeModule = char* (*)(char* destination, std::int32_t length);
+/// Entry 3, `tarn::GetScriptFunctions`.
 using TarnGetScriptFunctions = const ScriptFunction* (*)();
+/// Entry 4, `tarn::GetAuxTable`.
 using TarnGetAuxTable = const void* (*)();
+/// Entry 5, `tarn::InitModule`.
 using TarnInitModule = void (*)(Processor* processor);
 
 namespace tarn {

@@ -169,9 +169,9 @@ void Cancel(Object& object, VarRegister* /*arguments*/, Variable& /*result*/) {
 }
 
 void CheckCancel(Object& object, VarRegister* /*arguments*/, Variable& result) {
-  const HostState* host = CurrentHost();
-  const bool stopped = host != nullptr && host->StopRequested();
-  const bool cancelled = stopped || MemberNumber(object, Names().cancelled) != 0.0;
+  HostState* host = CurrentHost();
+  const bool requested = host != nullptr && (host->TakeCancelRequest() || host->StopRequested());
+  const bool cancelled = requested || MemberNumber(object, Names().cancelled) != 0.0;
   result = cancelled ? 1 : 0;
   if (cancelled) TarnError(kErrorCancel);
 }
@@ -192,16 +192,26 @@ struct BuiltinClasses {
   ScriptClass mathVector{"MVector", &vectorBase, ConstructVector, {}};
   ScriptClass tabulatedFunction{"TFunc", nullptr, ConstructTabulatedFunction, {}};
   ScriptClass progressWindow{"ProgressWnd", nullptr, ConstructProgressWindow, kProgressMethods};
-  std::array<const ScriptClass*, 5> all{&array, &vector, &mathVector, &tabulatedFunction,
-                                        &progressWindow};
+  ScriptClass record{"Record", nullptr, ConstructWithoutMembers, {}};
+  ScriptClass options{"Options", nullptr, ConstructWithoutMembers, {}};
+  std::array<const ScriptClass*, 7> all{&array,          &vector, &mathVector, &tabulatedFunction,
+                                        &progressWindow, &record, &options};
 };
+
+const BuiltinClasses& Classes() {
+  // Never destroyed: objects of these classes may live until the process ends.
+  static const auto& classes = *new BuiltinClasses;
+  return classes;
+}
 
 }  // namespace
 
-std::span<const ScriptClass* const> ScriptClasses() {
-  // Never destroyed: objects of these classes may live until the process ends.
-  static const auto& classes = *new BuiltinClasses;
-  return classes.all;
+bool ConstructWithoutMembers(Object& object, VarRegister* /*arguments*/, int count) {
+  return count == 0 || Fail(std::string(object.Class().Name()) + " takes no arguments");
 }
+
+std::span<const ScriptClass* const> ScriptClasses() { return Classes().all; }
+
+const ScriptClass& OptionsClass() { return Classes().options; }
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 
 #include "frame/host.h"
 #include "host/object.h"
+#include "host/owned_object.h"
 #include "host/script_function.h"
 
 namespace tarn {
@@ -73,6 +74,10 @@ class DeepCopier {
     switch (VariableAccess::Type(source)) {
       case kReference:
         return CopyReferredValue(target, VariableAccess::Resolve(source), parent);
+      case kPointer:
+        if (VariableAccess::IsOwner(source)) AddUse(VariableAccess::Owned(source));
+        VariableAccess::Overwrite(target, source);
+        return true;
       case kFunction:
         AddUse(static_cast<ScriptFunctionHandle*>(VariableAccess::Data(source).block));
         VariableAccess::Overwrite(target, source);
@@ -253,6 +258,9 @@ void VariableAccess::ReleaseBlock(Variable& value) {
   void* block = value.payload_.block;
   switch (value.typeWord_) {
     case tarn::kReference:
+      return;
+    case tarn::kPointer:
+      if (IsOwner(value)) tarn::DropUse(Owned(value));
       return;
     case tarn::kFunction:
       tarn::DropUse(static_cast<tarn::ScriptFunctionHandle*>(block));

@@ -121,6 +121,8 @@ void EmbeddedHost::SetIdleWork(std::function<void()> work) {
 
 void EmbeddedHost::RequestStop() { implementation_->SetStopRequested(true); }
 
+void EmbeddedHost::RequestCancel() { implementation_->SetCancelRequested(true); }
+
 void EmbeddedHost::SetHeapFailure(std::function<bool(std::int64_t)> refuse) {
   tarn::SetHeapRefusal(std::move(refuse));
 }

@@ -39,6 +39,8 @@ struct TARN_HOST_API HostError {
   std::string ToString() const;
 };
 
+/// A scripting host for one thread of a program: values, the interpreter, loaded modules, errors.
+/// One exists at a time; see docs/host.md.
 class TARN_HOST_API EmbeddedHost {
  public:
   /// Starts an interpreter and makes it the current processor. Throws `std::runtime_error` when
@@ -85,8 +87,9 @@ class TARN_HOST_API EmbeddedHost {
   /// pending error when the check or the handler raised one; `*result` then holds what the handler
   /// left in the register.
   bool Call(const std::string& function, std::span<Variable> arguments, Variable* result);
-  /// The handler of a registered function, to be called with registers directly; null: no such one.
+  /// What is behind a registered function.
   using Handler = void (*)(VarRegister& result, VarRegister* arguments);
+  /// The handler of a registered function, to be called with registers directly; null: no such one.
   Handler FindHandler(const std::string& function) const;
 
   /// Names visible to scripts that begin with `prefix`, sorted (global names; after a dot or colon
@@ -136,6 +139,14 @@ class TARN_HOST_API EmbeddedHost {
   /// or call; it is over when the outermost call into the host returns. Safe to call from a signal
   /// handler and from another thread.
   void RequestStop();
+
+  /// Asks the running script to give up what it is doing: the error "Progress window got cancel" is
+  /// raised once, by the interpreter within a thousand steps or by `CheckCancel` of a progress
+  /// window, and the script may catch it and go on. The request is over when the error was raised,
+  /// at the latest when the outermost call into the host returns. A computation of a module that
+  /// has been cancelled gets no more values of script functions until it returns. Safe to call from
+  /// a signal handler and from another thread.
+  void RequestCancel();
 
   /// Makes the host heap refuse requests: `refuse(k)` is asked for the k-th request, counted from 1
   /// at this call (`HMALLOC`, `HMALLOCZ`, `HREALLOC` and the storage of values); an empty function

@@ -4,6 +4,7 @@
 /// @file
 /// Everything that belongs to one host, as its own sources see it.
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -67,6 +68,11 @@ struct HostState {
   /// other threads.
   bool StopRequested() const;
   void SetStopRequested(bool requested);
+  /// Asks for one cancel error, or takes the request back.
+  void SetCancelRequested(bool requested) { cancelRequested_.store(requested); }
+  bool CancelRequested() const { return cancelRequested_.load(); }
+  /// Whether a cancel error was asked for; the request is over then.
+  bool TakeCancelRequest() { return CancelRequested() && cancelRequested_.exchange(false); }
 
   HostProcessor processor;
   std::uint64_t serial;  ///< tells hosts apart that follow each other in one process
@@ -95,6 +101,9 @@ struct HostState {
   int runDepth = 0;                  ///< calls from the embedding program that are under way
   bool closing = false;              ///< the interpreter runs its last finalisers
   std::vector<int> forgottenKeys;    ///< registry keys of functions that no value holds any more
+
+ private:
+  std::atomic<bool> cancelRequested_ = false;  ///< written by signal handlers and other threads
 };
 
 /// The host that exists now, hidden or not; null when there is none.

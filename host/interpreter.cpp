@@ -6,6 +6,7 @@
 #include "host/constants.h"
 #include "host/error_table.h"
 #include "host/lua_library.h"
+#include "host/lua_methods.h"
 #include "host/lua_trampoline.h"
 #include "host/lua_values.h"
 #include "host/names.h"
@@ -18,11 +19,14 @@ namespace {
 constexpr int kStepsBetweenStopChecks = 1000;
 
 /// Ends the script when it was asked to stop. From then on every step is checked, so that a script
-/// that catches the error is stopped again outside of what catches it.
+/// that catches the error is stopped again outside of what catches it. A request to cancel raises
+/// the same error once.
 void CheckStop(lua_State* lua, lua_Debug* /*event*/) {
   HostState& host = HostOf(lua);
-  if (!host.StopRequested()) return;
-  lua_sethook(lua, CheckStop, LUA_MASKCOUNT, 1);
+  const bool cancelled = host.TakeCancelRequest();
+  const bool stopped = host.StopRequested();
+  if (!cancelled && !stopped) return;
+  lua_sethook(lua, CheckStop, LUA_MASKCOUNT, stopped ? 1 : kStepsBetweenStopChecks);
   HostError error = host.NewError(kErrorCancel, nullptr);
   error.where = ScriptPosition(lua);
   PushErrorValue(lua, error);
@@ -111,12 +115,15 @@ void CloseInterpreter(HostState& host) {
 
 ProgramCall::ProgramCall(HostState& host) : host_(host) {
   if (host_.runDepth++ > 0) return;
-  const int steps = host_.StopRequested() ? 1 : kStepsBetweenStopChecks;
+  const bool requested = host_.StopRequested() || host_.CancelRequested();
+  const int steps = requested ? 1 : kStepsBetweenStopChecks;
   lua_sethook(host_.interpreter, CheckStop, LUA_MASKCOUNT, steps);
 }
 
 ProgramCall::~ProgramCall() {
-  if (--host_.runDepth == 0) host_.SetStopRequested(false);
+  if (--host_.runDepth > 0) return;
+  host_.SetStopRequested(false);
+  host_.SetCancelRequested(false);
 }
 
 std::optional<HostError> RunText(HostState& host, std::string_view text, const std::string& name,
@@ -151,6 +158,7 @@ bool IsIncompleteText(HostState& host, std::string_view text) {
 
 std::optional<HostError> PublishFunction(HostState& host, const RegisteredFunction& function) {
   return RunProtected(host, [&function](lua_State* lua) {
+    if (function.signature.IsMethod()) return PublishMethod(lua, function);
     PushRegisteredFunction(lua, function);
     lua_setglobal(lua, function.signature.name.c_str());
   });

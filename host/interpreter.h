@@ -19,7 +19,8 @@ void OpenInterpreter(HostState& host);
 /// Ends it; every value that only scripts held is freed.
 void CloseInterpreter(HostState& host);
 
-/// A call from the embedding program: the outermost one takes back a request to stop at its end.
+/// A call from the embedding program: the outermost one takes back requests to stop and to
+/// cancel at its end.
 class ProgramCall {
  public:
   explicit ProgramCall(HostState& host);
@@ -40,7 +41,7 @@ std::optional<HostError> RunScriptFile(HostState& host, const std::string& path,
 /// Whether text stops compiling only because it ends.
 bool IsIncompleteText(HostState& host, std::string_view text);
 
-/// Makes a registered function a global.
+/// Makes a registered function a global, a registered method one of its class.
 std::optional<HostError> PublishFunction(HostState& host, const RegisteredFunction& function);
 
 /// Names that a script can write after `prefix`.

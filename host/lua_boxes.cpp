@@ -11,6 +11,7 @@
 #include "host/container.h"
 #include "host/error_table.h"
 #include "host/lua_complex.h"
+#include "host/lua_methods.h"
 #include "host/lua_values.h"
 #include "host/method_call.h"
 #include "host/names.h"
@@ -86,6 +87,7 @@ bool PushMember(lua_State* lua, const Object& object, const char* name) {
     PushShared(lua, *member);
     return true;
   }
+  if (PushClassMethod(lua, object.Class(), name)) return true;
   if (object.Class().FindMethod(name) == nullptr) return false;
   lua_pushstring(lua, name);
   PushNativeFunction(lua, kCallObjectMethod, 1);
@@ -116,6 +118,31 @@ int IndexBox(lua_State* lua) {
       lua_pushnil(lua);
       return 1;
   }
+}
+
+constexpr NativeFunction kIndexBox{nullptr, IndexBox};
+
+/// The number in an element of an array or vector, which scripts read most, without the machinery
+/// of native functions; false where there is more to it.
+bool PushNumberElement(lua_State* lua) {
+  int isInteger = 0;
+  const lua_Integer key = lua_tointegerx(lua, 2, &isInteger);
+  const Variable* value = isInteger == 0 ? nullptr : BoxedValue(lua, 1);
+  const Variable* elements = value == nullptr ? nullptr : value->GetArray();
+  if (elements == nullptr || key < 1 || key > HeaderOf(elements)->count) return false;
+  const Variable& element = elements[key - 1];
+  if (Access::Type(element) == kReal) {
+    lua_pushnumber(lua, Access::Data(element).real);
+  } else if (Access::Type(element) == kInteger) {
+    lua_pushinteger(lua, Access::Data(element).integer);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+int IndexBoxQuickly(lua_State* lua) {
+  return PushNumberElement(lua) ? 1 : RunNativeFunction(lua, kIndexBox);
 }
 
 int WriteByte(lua_State* lua, Variable& bytes, std::int64_t index) {
@@ -152,7 +179,7 @@ int WriteMember(lua_State* lua, Object& object) {
   ReadValue(lua, 3, written);
   const std::uint16_t nameId = MakeNameId(lua_tostring(lua, 2));
   Variable* member = nameId == kNoName ? nullptr : object.FindOrCreateMember(nameId);
-  if (member == nullptr) throw ScriptError(kErrorMemory, "memory exhausted");
+  if (member == nullptr) FailForMemory();
   Access::Move(Access::Resolve(*member), written);
   return 0;
 }
@@ -167,19 +194,48 @@ int WriteBox(lua_State* lua) {
                     DescribeKind(value) + " has no field to be set by " + DescribeValue(lua, 2));
 }
 
+constexpr NativeFunction kWriteBox{nullptr, WriteBox};
+
+/// The same for storing a real number where a number is.
+bool StoreNumberElement(lua_State* lua) {
+  int isInteger = 0;
+  const lua_Integer key = lua_tointegerx(lua, 2, &isInteger);
+  if (isInteger == 0 || lua_type(lua, 3) != LUA_TNUMBER || lua_isinteger(lua, 3) != 0) return false;
+  const Variable* value = BoxedValue(lua, 1);
+  Variable* elements = value == nullptr ? nullptr : value->GetArray();
+  if (elements == nullptr || key < 1 || key > HeaderOf(elements)->count) return false;
+  if (!Access::IsPlain(elements[key - 1])) return false;
+  elements[key - 1] = lua_tonumber(lua, 3);
+  return true;
+}
+
+int WriteBoxQuickly(lua_State* lua) {
+  return StoreNumberElement(lua) ? 0 : RunNativeFunction(lua, kWriteBox);
+}
+
 int BoxLength(lua_State* lua) {
+  if (CallOperator(lua, "__len", 1)) return 1;
   lua_pushinteger(lua, RequireBox(lua, 1).GetDim());
   return 1;
 }
 
 int BoxToText(lua_State* lua) {
+  if (CallOperator(lua, "__tostring", 1)) {
+    if (lua_type(lua, -1) == LUA_TSTRING) return 1;
+    throw ScriptError(kErrorScript, "the operator __tostring gave " + DescribeKind(lua, -1));
+  }
   const std::string text = ValueText(RequireBox(lua, 1));
   lua_pushlstring(lua, text.data(), text.size());
   return 1;
 }
 
-/// Complex numbers are equal by value, everything else when it is the same storage.
+/// Complex numbers are equal by value, objects as their class says, everything else when it is the
+/// same storage.
 int BoxesEqual(lua_State* lua) {
+  if (CallOperator(lua, "__eq", 2)) {
+    lua_pushboolean(lua, lua_tonumber(lua, -1) != 0.0);
+    return 1;
+  }
   const Variable& left = RequireBox(lua, 1);
   const Variable& right = RequireBox(lua, 2);
   const bool sameType = Access::Type(left) == Access::Type(right);
@@ -193,6 +249,71 @@ int BoxesEqual(lua_State* lua) {
   return 1;
 }
 
+/// Objects whose class has the operator use it, everything else may be complex numbers.
+template <const char* name, int operands, int (*otherwise)(lua_State*)>
+int Arithmetic(lua_State* lua) {
+  return CallOperator(lua, name, operands) ? 1 : otherwise(lua);
+}
+
+int RefusePower(lua_State* lua) {
+  const int base = lua_type(lua, 1) == LUA_TNUMBER ? 2 : 1;
+  throw ScriptError(kErrorArgument, DescribeKind(lua, base) + " has no powers");
+}
+
+int CallBox(lua_State* lua) {
+  if (CallOperator(lua, "__call", 1)) return 1;
+  throw ScriptError(kErrorArgument, DescribeKind(lua, 1) + " cannot be called");
+}
+
+constexpr char kAdd[] = "__add";
+constexpr char kSubtract[] = "__sub";
+constexpr char kMultiply[] = "__mul";
+constexpr char kDivide[] = "__div";
+constexpr char kNegate[] = "__unm";
+constexpr char kPower[] = "__pow";
+
+/// The member after the one whose name is at `index`; the first where nothing is there.
+const Member* MemberAfter(lua_State* lua, int index, const Object& object) {
+  if (lua_type(lua, index) != LUA_TSTRING) return object.FirstMember();
+  const std::uint16_t nameId = FindNameId(lua_tostring(lua, index));
+  const Member* member = object.FirstMember();
+  while (member != nullptr && member->nameId != nameId) member = member->next;
+  return member == nullptr ? nullptr : member->next;
+}
+
+/// The step of `pairs`: key and value after a key, elements first, then members.
+int NextInBox(lua_State* lua) {
+  lua_settop(lua, 2);
+  const Variable& value = RequireBox(lua, 1);
+  const bool inElements = lua_type(lua, 2) != LUA_TSTRING;
+  const lua_Integer next = lua_tointeger(lua, 2) + 1;
+  if (inElements && next <= value.GetDim()) {
+    lua_pushinteger(lua, next);
+    lua_replace(lua, 2);
+    lua_pushvalue(lua, 2);
+    return 1 + ReadElement(lua, value);
+  }
+  const Object* object = value.GetObject();
+  const Member* member = object == nullptr ? nullptr : MemberAfter(lua, 2, *object);
+  if (member == nullptr) {
+    lua_pushnil(lua);
+    return 1;
+  }
+  lua_pushstring(lua, NameText(member->nameId));
+  PushShared(lua, member->value);
+  return 2;
+}
+
+constexpr NativeFunction kNextInBox{"next", NextInBox};
+
+int IterateBox(lua_State* lua) {
+  RequireBox(lua, 1);
+  PushNativeFunction(lua, kNextInBox);
+  lua_pushvalue(lua, 1);
+  lua_pushnil(lua);
+  return 3;
+}
+
 /// The box stays a valid empty value: a finaliser of a script may still hold it.
 int CollectBox(lua_State* lua) {
   if (Variable* boxed = BoxedValue(lua, 1)) boxed->Clear();
@@ -203,12 +324,18 @@ constexpr struct {
   const char* event;
   NativeFunction function;
 } kMetamethods[] = {
-    {"__index", {nullptr, IndexBox}},      {"__newindex", {nullptr, WriteBox}},
-    {"__len", {nullptr, BoxLength}},       {"__tostring", {nullptr, BoxToText}},
-    {"__eq", {nullptr, BoxesEqual}},       {"__gc", {nullptr, CollectBox}},
-    {"__add", {nullptr, AddComplex}},      {"__sub", {nullptr, SubtractComplex}},
-    {"__mul", {nullptr, MultiplyComplex}}, {"__div", {nullptr, DivideComplex}},
-    {"__unm", {nullptr, NegateComplex}},
+    {"__pairs", {nullptr, IterateBox}},
+    {"__len", {nullptr, BoxLength}},
+    {"__tostring", {nullptr, BoxToText}},
+    {"__eq", {nullptr, BoxesEqual}},
+    {"__gc", {nullptr, CollectBox}},
+    {kAdd, {nullptr, Arithmetic<kAdd, 2, AddComplex>}},
+    {kSubtract, {nullptr, Arithmetic<kSubtract, 2, SubtractComplex>}},
+    {kMultiply, {nullptr, Arithmetic<kMultiply, 2, MultiplyComplex>}},
+    {kDivide, {nullptr, Arithmetic<kDivide, 2, DivideComplex>}},
+    {kNegate, {nullptr, Arithmetic<kNegate, 1, NegateComplex>}},
+    {kPower, {nullptr, Arithmetic<kPower, 2, RefusePower>}},
+    {"__call", {nullptr, CallBox}},
 };
 
 // Methods of every box ----------------------------------------------------------------------------
@@ -226,7 +353,7 @@ int BoxToTable(lua_State* lua) {
 /// value:copy(), a deep copy.
 int CopyBox(lua_State* lua) {
   const Variable& value = RequireBox(lua, 1);
-  if (!Access::DeepCopy(PushBox(lua), value)) throw ScriptError(kErrorMemory, "memory exhausted");
+  if (!Access::DeepCopy(PushBox(lua), value)) FailForMemory();
   return 1;
 }
 
@@ -242,15 +369,7 @@ int BytesToText(lua_State* lua) {
 
 /// value:kind(), the class of an object, a word for everything else.
 int BoxKind(lua_State* lua) {
-  const Variable& value = RequireBox(lua, 1);
-  const Object* object = value.GetObject();
-  const std::uint32_t type = Access::Type(value);
-  const char* kind = object != nullptr  ? object->Class().Name()
-                     : type == kArray   ? "array"
-                     : type == kComplex ? "complex"
-                     : type == kBytes   ? "bytes"
-                                        : "pointer";
-  lua_pushstring(lua, kind);
+  lua_pushstring(lua, RequireBox(lua, 1).KindName());
   return 1;
 }
 
@@ -271,6 +390,10 @@ void OpenBoxes(lua_State* lua) {
     PushNativeFunction(lua, metamethod.function);
     lua_setfield(lua, -2, metamethod.event);
   }
+  lua_pushcfunction(lua, IndexBoxQuickly);
+  lua_setfield(lua, -2, "__index");
+  lua_pushcfunction(lua, WriteBoxQuickly);
+  lua_setfield(lua, -2, "__newindex");
   lua_pushliteral(lua, "host value");
   lua_setfield(lua, -2, "__name");
   lua_pushboolean(lua, 0);

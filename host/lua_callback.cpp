@@ -2,6 +2,7 @@
 /// Script functions called from C++.
 
 #include "frame/error_numbers.h"
+#include "host/error_table.h"
 #include "host/function_call.h"
 #include "host/lua_values.h"
 #include "host/method_call.h"
@@ -49,6 +50,12 @@ void RunCall(lua_State* lua, const ScriptCall& call) {
   ReadResults(lua, call);
 }
 
+/// Whether the module that calls was cancelled and has not returned since. It may not look at the
+/// error for a while; its further calls must not make the person who cancelled wait.
+bool IsCancelled(const HostState& host) {
+  return host.processor.pendingError != 0 && host.lastError.number == kErrorCancel;
+}
+
 }  // namespace
 
 bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* arguments,
@@ -58,6 +65,8 @@ bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* 
     host.Raise(kErrorArgument, ("cannot call " + DescribeKind(called)).c_str());
     return false;
   }
+  // Methods are called all the same: a progress window shows how the computation ends.
+  if (self == nullptr && IsCancelled(host)) return false;
   const ScriptCall call{called, arguments, count, self, result};
   std::optional<HostError> error =
       RunProtected(host, [&call](lua_State* lua) { RunCall(lua, call); });

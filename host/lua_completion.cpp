@@ -23,13 +23,18 @@ void CollectKeys(lua_State* lua, Names& names) {
   }
 }
 
-void CollectMembers(const Variable& value, Names& names) {
+void CollectMembers(const HostState& host, const Variable& value, Names& names) {
   const Object* object = value.GetObject();
   if (object == nullptr) return;
   for (const Member* member = object->FirstMember(); member != nullptr; member = member->next) {
     names.push_back(NameOf(member->nameId));
   }
   for (const ScriptMethod& method : object->Class().Methods()) names.emplace_back(method.name);
+  for (const RegisteredFunction* function : host.functions.All()) {
+    const Signature& signature = function->signature;
+    if (signature.className == object->Class().Name() && !signature.MethodName().starts_with("__"))
+      names.emplace_back(signature.MethodName());
+  }
 }
 
 /// What can follow the value at the top of the stack and a dot or colon.
@@ -37,7 +42,7 @@ void CollectFields(lua_State* lua, Names& names) {
   if (lua_istable(lua, -1)) {
     CollectKeys(lua, names);
   } else if (const Variable* boxed = BoxedValue(lua, -1)) {
-    CollectMembers(*boxed, names);
+    CollectMembers(HostOf(lua), *boxed, names);
   }
 }
 

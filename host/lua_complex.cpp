@@ -26,7 +26,7 @@ Complex RequireComplex(lua_State* lua, int index) {
 int PushComplex(lua_State* lua, Complex number) {
   Variable& boxed = PushBox(lua);
   Access::SetComplex(boxed, {number.real(), number.imag()});
-  if (Access::Type(boxed) != kComplex) throw ScriptError(kErrorMemory, "memory exhausted");
+  if (Access::Type(boxed) != kComplex) FailForMemory();
   return 1;
 }
 

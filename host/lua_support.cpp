@@ -51,27 +51,16 @@ void ForgetFunctions(lua_State* lua, HostState& host) {
   host.forgottenKeys.clear();
 }
 
-int CallGuarded(lua_State* lua, const NativeFunction& function) {
-  HostState& host = HostOf(lua);
-  if (!host.forgottenKeys.empty()) ForgetFunctions(lua, host);
-  const RunningThread thread(host, lua);
-  const RunningFunction name(host, function.name == nullptr ? host.runningFunction : function.name);
-  HostError error;
-  const int results = RunCatching(lua, function, host, error);
-  if (results >= 0) return results;
-  PushErrorValue(lua, error);
-  return lua_error(lua);
-}
-
 /// The function is described by the first upvalue.
 int CallNativeFunction(lua_State* lua) {
-  return CallGuarded(lua, *static_cast<NativeFunction*>(lua_touserdata(lua, lua_upvalueindex(1))));
+  return RunNativeFunction(lua,
+                           *static_cast<NativeFunction*>(lua_touserdata(lua, lua_upvalueindex(1))));
 }
 
 /// The function needs no upvalue, so that pushing it needs no memory.
 template <const NativeFunction& function>
 int CallFixedFunction(lua_State* lua) {
-  return CallGuarded(lua, function);
+  return RunNativeFunction(lua, function);
 }
 
 void SetTextField(lua_State* lua, const char* name, const std::string& text) {
@@ -202,6 +191,20 @@ HostError PopError(lua_State* lua, HostState& host, int status) {
 }
 
 }  // namespace
+
+void FailForMemory() { throw ScriptError(kErrorMemory, "memory exhausted"); }
+
+int RunNativeFunction(lua_State* lua, const NativeFunction& function) {
+  HostState& host = HostOf(lua);
+  if (!host.forgottenKeys.empty()) ForgetFunctions(lua, host);
+  const RunningThread thread(host, lua);
+  const RunningFunction name(host, function.name == nullptr ? host.runningFunction : function.name);
+  HostError error;
+  const int results = RunCatching(lua, function, host, error);
+  if (results >= 0) return results;
+  PushErrorValue(lua, error);
+  return lua_error(lua);
+}
 
 void PushNativeFunction(lua_State* lua, const NativeFunction& function, int upvalues) {
   lua_pushlightuserdata(lua, const_cast<NativeFunction*>(&function));

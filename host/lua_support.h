@@ -38,6 +38,9 @@ class ScriptError : public std::runtime_error {
   int number_;
 };
 
+/// Ends a native function for want of memory.
+[[noreturn]] void FailForMemory();
+
 /// An error that was raised before, with all its parts, on its way to the script.
 class RaisedError : public std::exception {
  public:
@@ -61,6 +64,10 @@ void PushNativeFunction(lua_State* lua, const NativeFunction& function, int upva
 
 /// The same for a description that need not outlive this call; only its name must.
 void PushCopiedNativeFunction(lua_State* lua, const NativeFunction& function, int upvalues);
+
+/// Runs a native function for a plain function of the interpreter that has done its common case
+/// without one: everything said of native functions holds, except that there are no upvalues.
+int RunNativeFunction(lua_State* lua, const NativeFunction& function);
 
 /// Index of an upvalue, counted from 1, of the native function that runs.
 inline int NativeUpvalue(int number) { return lua_upvalueindex(1 + number); }

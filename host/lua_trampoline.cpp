@@ -8,11 +8,15 @@ namespace tarn {
 namespace {
 
 void ReadArguments(lua_State* lua, const Signature& signature, VarRegister* registers) {
-  const std::size_t expected = signature.parameters.size();
-  const auto got = static_cast<std::size_t>(lua_gettop(lua));
-  if (got != expected) throw ScriptError(kErrorArgument, CountProblem(expected, got));
-  for (std::size_t i = 0; i < expected; ++i) {
-    ReadArgument(lua, static_cast<int>(i) + 1, signature.parameters[i], registers[i]);
+  const std::size_t count = signature.parameters.size();
+  // The interpreter gives some operators with one operand the operand twice.
+  if (signature.IsOperator()) lua_settop(lua, static_cast<int>(count));
+  const std::string problem = CountProblem(signature, static_cast<std::size_t>(lua_gettop(lua)));
+  if (!problem.empty()) throw ScriptError(kErrorArgument, problem);
+  const std::size_t objects = signature.ObjectCount();
+  for (std::size_t i = 0; i < count; ++i) {
+    ReadArgument(lua, static_cast<int>(i) + 1, signature.parameters[i], registers[i],
+                 i + 1 - objects);
   }
 }
 

@@ -54,9 +54,21 @@ std::string DescribeKind(lua_State* lua, int index);
 /// The same, with the number itself for numbers.
 std::string DescribeValue(lua_State* lua, int index);
 
-/// Sets the register of a parameter to the argument at `index`, which is also its number. Boxes are
-/// not copied. Throws `ScriptError` when the argument does not fit.
-void ReadArgument(lua_State* lua, int index, const Parameter& parameter, VarRegister& target);
+/// Sets the register of a parameter to the argument at `index`, which errors call by its number.
+/// Boxes are not copied; the register of an optional argument that is missing or nil stays empty.
+/// Throws `ScriptError` when the argument does not fit.
+void ReadArgument(lua_State* lua, int index, const Parameter& parameter, VarRegister& target,
+                  std::size_t number);
+
+// Nesting -----------------------------------------------------------------------------------------
+
+/// Arrays in arrays are followed this far. A table may contain itself.
+inline constexpr int kDeepestNesting = 100;
+
+/// Room on the stack for the next level of nested values.
+inline void ReserveStackForNesting(lua_State* lua) {
+  luaL_checkstack(lua, 8, "values nested too deeply");
+}
 
 }  // namespace tarn
 

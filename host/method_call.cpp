@@ -1,6 +1,7 @@
 #include "host/method_call.h"
 
 #include <string>
+#include <vector>
 
 #include "frame/error_numbers.h"
 #include "host/function_call.h"
@@ -48,6 +49,20 @@ bool CallOwnMethod(HostState& host, Object& object, const ScriptMethod& method,
   return host.raisedErrors == raisedBefore;
 }
 
+bool CallModuleMethod(HostState& host, Variable& object, const RegisteredFunction& method,
+                      VarRegister* arguments, int count, Variable& result) {
+  std::vector<Variable*> places{&Access::Resolve(object)};
+  for (int i = 0; i < count; ++i) places.push_back(&arguments[i].GetVar());
+  Variable made;
+  std::optional<HostError> error = CallRegistered(host, method, places, made);
+  if (error) {
+    host.MakePending(*std::move(error));
+    return false;
+  }
+  Access::Move(Access::Resolve(result), made);
+  return true;
+}
+
 /// The script function that a member of that name holds; null when there is none.
 const Variable* FindScriptMethod(const Object& object, const char* name) {
   const std::uint16_t nameId = FindNameId(name);
@@ -68,10 +83,12 @@ bool CallMethod(HostState& host, Variable& object, const char* name, VarRegister
   if (const Variable* function = FindScriptMethod(*instance, name)) {
     return CallScriptFunction(host, *function, arguments, count, &object, result);
   }
-  const ScriptMethod* method = instance->Class().FindMethod(name);
-  if (method == nullptr) {
-    return Fail(host, std::string("class ") + instance->Class().Name() + " has no method " + name);
+  const std::string className = instance->Class().Name();
+  if (const RegisteredFunction* method = host.functions.Find(className + '.' + name)) {
+    return CallModuleMethod(host, object, *method, arguments, count, result);
   }
+  const ScriptMethod* method = instance->Class().FindMethod(name);
+  if (method == nullptr) return Fail(host, "class " + className + " has no method " + name);
   return CallOwnMethod(host, *instance, *method, arguments, count, result, conversion);
 }
 

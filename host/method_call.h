@@ -17,7 +17,8 @@ bool CallScriptFunction(HostState& host, const Variable& function, VarRegister* 
 enum class Conversion { kNone, kToDeclaredTypes };
 
 /// Calls a method of an object: a member that holds a script function, which gets the object as its
-/// first argument, or else the class's own method of that name. False with a pending error.
+/// first argument, or else the method that a module gave to the class, or else the class's own.
+/// False with a pending error.
 bool CallMethod(HostState& host, Variable& object, const char* name, VarRegister* arguments,
                 int count, Variable& result, Conversion conversion);
 

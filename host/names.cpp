@@ -28,6 +28,14 @@ std::uint16_t FindIn(const NameTable& table, std::string_view name) {
   return found == table.identifiers.end() ? kNoName : found->second;
 }
 
+/// The name, which never moves; null for an identifier that was never given out.
+const std::string* FindName(std::uint16_t nameId) {
+  NameTable& table = Names();
+  const std::lock_guard<std::mutex> guard(table.lock);
+  const std::size_t index = static_cast<std::size_t>(nameId) - kFirstNameId;
+  return index < table.names.size() ? &table.names[index] : nullptr;
+}
+
 }  // namespace
 
 std::uint16_t FindNameId(std::string_view name) {
@@ -50,10 +58,13 @@ std::uint16_t MakeNameId(std::string_view name) try {
 }
 
 std::string NameOf(std::uint16_t nameId) {
-  NameTable& table = Names();
-  const std::lock_guard<std::mutex> guard(table.lock);
-  const std::size_t index = static_cast<std::size_t>(nameId) - kFirstNameId;
-  return index < table.names.size() ? table.names[index] : std::string();
+  const std::string* name = FindName(nameId);
+  return name == nullptr ? std::string() : *name;
+}
+
+const char* NameText(std::uint16_t nameId) {
+  const std::string* name = FindName(nameId);
+  return name == nullptr ? nullptr : name->c_str();
 }
 
 }  // namespace tarn

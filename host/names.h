@@ -22,6 +22,8 @@ std::uint16_t FindNameId(std::string_view name);
 std::uint16_t MakeNameId(std::string_view name);
 /// The name of an identifier; empty for one that was never given out.
 std::string NameOf(std::uint16_t nameId);
+/// The same as a text that stays valid while the process lives; null for one never given out.
+const char* NameText(std::uint16_t nameId);
 
 }  // namespace tarn
 

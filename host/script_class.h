@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "frame/host.h"
@@ -49,10 +50,18 @@ class ScriptClass : public VarClass {
   std::span<const ScriptMethod> methods_;
 };
 
-/// All classes of this host.
+/// Constructor of classes whose objects start without elements and members; takes no arguments.
+bool ConstructWithoutMembers(Object& object, VarRegister* arguments, int count);
+
+/// The classes of this host itself, which scripts construct by their names.
 std::span<const ScriptClass* const> ScriptClasses();
-/// The class of that name; null when there is none.
+/// The class of the objects that tables with named values become.
+const ScriptClass& OptionsClass();
+/// The class of that name, one of the host or of a module; null when there is none.
 const ScriptClass* FindScriptClass(std::string_view name);
+/// The class of that name, made now where there is none: its objects start without members and are
+/// made by modules alone. Classes are never forgotten. Null when memory is exhausted.
+const ScriptClass* FindOrMakeScriptClass(const std::string& name);
 
 }  // namespace tarn
 

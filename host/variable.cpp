@@ -8,6 +8,7 @@
 #include "frame/host.h"
 #include "host/names.h"
 #include "host/object.h"
+#include "host/owned_object.h"
 #include "host/script_class.h"
 #include "host/variable_access.h"
 
@@ -214,7 +215,20 @@ void Variable::SetCppPointer(void* pointer) {
 
 void* Variable::GetCppPointer() const {
   const Variable& value = Access::Resolve(*this);
-  return value.typeWord_ == tarn::kPointer ? value.payload_.block : nullptr;
+  if (value.typeWord_ != tarn::kPointer) return nullptr;
+  return Access::IsOwner(value) ? Access::Owned(value)->object : value.payload_.block;
+}
+
+void Variable::SetOwnedObject(TarnAss* object) {
+  // Made first: the value may be what keeps the object's surroundings alive.
+  tarn::OwnedObject* owned = object == nullptr ? nullptr : tarn::MakeOwnedObject(object);
+  Variable& target = Access::Resolve(*this);
+  Access::Release(target);
+  if (owned != nullptr) {
+    Access::OverwriteOwned(target, owned);
+  } else {
+    delete object;
+  }
 }
 
 void VariableAccess::ClearScratchElements() {

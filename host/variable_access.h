@@ -5,8 +5,9 @@
 /// How this host represents a `Variable`.
 ///
 /// Numbers and native pointers live in the value itself; everything else is a block of the host
-/// heap. Type words up to `kLastPlain` own nothing, so the operations that run once per element of
-/// an array test for them first.
+/// heap. Empty values and numbers own nothing, so the operations that run once per element of an
+/// array test for them first. A native pointer may be owned: the payload is then an `OwnedObject`,
+/// and the second word of the value is `kOwned`; it is 0 in every other value.
 
 #include <cstdint>
 #include <string_view>
@@ -21,7 +22,6 @@ enum TypeCode : std::uint32_t {
   kInteger = 1,
   kPointer = VARTYPE_CPP_POINTER,
   kReal = 3,
-  kLastPlain = kReal,
   kReference = 4,          ///< payload: the value referred to
   kFunction = 5,           ///< payload: a counted `ScriptFunctionHandle`
   kComplex = 6,            ///< payload: a `ComplexNumber` on the host heap
@@ -31,6 +31,11 @@ enum TypeCode : std::uint32_t {
   kVectorObject = 0x0800,  ///< payload: an `Object` whose class derives from 42
   kPlainObject = 0x8000    ///< payload: any other `Object`
 };
+
+/// Second word of a value that owns the native object it points to.
+inline constexpr std::uint32_t kOwned = 1;
+
+struct OwnedObject;
 
 struct ComplexNumber {
   double real;
@@ -47,7 +52,15 @@ struct VariableAccess {
   static Payload& Data(Variable& value) { return value.payload_; }
   static const Payload& Data(const Variable& value) { return value.payload_; }
 
-  static bool IsPlain(const Variable& value) { return value.typeWord_ <= tarn::kLastPlain; }
+  /// Whether the value is empty or a number.
+  static bool IsPlain(const Variable& value) {
+    return value.typeWord_ == tarn::kReal || value.typeWord_ <= tarn::kInteger;
+  }
+
+  static bool IsOwner(const Variable& value) { return value.reserved_ == tarn::kOwned; }
+  static tarn::OwnedObject* Owned(const Variable& value) {
+    return static_cast<tarn::OwnedObject*>(value.payload_.block);
+  }
 
   /// Overwrites the words without freeing what they owned.
   static void Overwrite(Variable& value, std::uint32_t type, Payload payload) {
@@ -55,6 +68,7 @@ struct VariableAccess {
     value.payload_ = payload;
   }
   static void Overwrite(Variable& value, const Variable& words) {
+    value.reserved_ = words.reserved_;
     Overwrite(value, words.typeWord_, words.payload_);
   }
   static void OverwriteBlock(Variable& value, std::uint32_t type, void* block) {
@@ -63,6 +77,7 @@ struct VariableAccess {
   }
   static void OverwriteEmpty(Variable& value) {
     value.typeWord_ = tarn::kEmpty;
+    value.reserved_ = 0;
     value.payload_.integer = 0;
   }
 
@@ -86,11 +101,13 @@ struct VariableAccess {
   }
   /// Moves the words of `source`, which becomes empty, into `target`, whose old content is freed.
   static void Move(Variable& target, Variable& source) {
-    Payload payload = source.payload_;
+    const Payload payload = source.payload_;
     const std::uint32_t type = source.typeWord_;
+    const std::uint32_t ownership = source.reserved_;
     OverwriteEmpty(source);
     Release(target);
     Overwrite(target, type, payload);
+    target.reserved_ = ownership;
   }
   /// Makes the empty `target` a deep copy of `source`. False, and `target` empty, when the heap
   /// refuses a block.
@@ -101,6 +118,12 @@ struct VariableAccess {
 
   /// Frees what was stored in the elements that answered an index out of range in this thread.
   static void ClearScratchElements();
+
+  /// Makes the empty `value` share in the ownership of a native object, one use of which it takes.
+  static void OverwriteOwned(Variable& value, tarn::OwnedObject* owned) {
+    OverwriteBlock(value, tarn::kPointer, owned);
+    value.reserved_ = tarn::kOwned;
+  }
 
   static void SetText(Variable& value, std::string_view text);
   static void SetComplex(Variable& value, tarn::ComplexNumber number);

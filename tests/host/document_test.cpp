@@ -12,38 +12,11 @@
 #include <vector>
 
 #include "tests/support/host_fixture.h"
+#include "tests/support/script_document.h"
 
 namespace {
 
-std::string FileText(const std::string& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 std::string Document() { return FileText(TARN_SOURCE_DIR "/docs/host.md"); }
-
-/// The blocks of code in one language.
-std::vector<std::string> Blocks(const std::string& document, const std::string& language) {
-  std::vector<std::string> blocks;
-  const std::string begin = "```" + language + "\n";
-  for (std::size_t at = document.find(begin); at != std::string::npos;
-       at = document.find(begin, at + 1)) {
-    const std::size_t from = at + begin.size();
-    blocks.push_back(document.substr(from, document.find("```", from) - from));
-  }
-  return blocks;
-}
-
-/// What a script says about its output: the rest of every line behind "-->".
-std::string ExpectedOutput(const std::string& script) {
-  std::string expected;
-  std::istringstream lines(script);
-  for (std::string line; std::getline(lines, line);) {
-    const std::size_t mark = line.find("--> ");
-    if (mark != std::string::npos) expected += line.substr(mark + 4) + "\n";
-  }
-  return expected;
-}
 
 class HostDocument : public HostTest {
  protected:
@@ -64,7 +37,7 @@ class HostDocument : public HostTest {
 TEST_F(HostDocument, ScriptsDoWhatTheySay) {
   ASSERT_TRUE(host.Load(TARN_MODULE_PATH));
   const std::vector<std::string> scripts = Blocks(Document(), "lua");
-  ASSERT_EQ(scripts.size(), 3U);
+  ASSERT_EQ(scripts.size(), 5U);
   for (const std::string& script : scripts) {
     output.clear();
     EXPECT_TRUE(host.Evaluate(script, nullptr, "script.lua"))
@@ -92,7 +65,8 @@ TEST_F(HostDocument, NamesTheFunctionsThatScriptsHave) {
     EXPECT_EQ(Text(std::string("type(") + name + ")"), "function");
     EXPECT_NE(document.find(std::string("| `") + name + "("), std::string::npos) << name;
   }
-  for (const char* name : {"Vector", "MVector", "Array", "TFunc", "ProgressWnd"}) {
+  for (const char* name :
+       {"Vector", "MVector", "Array", "TFunc", "ProgressWnd", "Record", "Options"}) {
     EXPECT_EQ(Text(std::string("type(") + name + ")"), "function");
     EXPECT_NE(document.find(std::string("`") + name + "`"), std::string::npos) << name;
   }

@@ -40,7 +40,23 @@ INSTANTIATE_TEST_SUITE_P(
                       "f(integer)", "f(double)", "f(numbers)", "f(refer)", "f(refer object)",
                       "f(refer object )", "f(refer  object Vector)", "f(refer objectVector)",
                       "f(refer object 2D)", "f(object Vector)", "f(refer any)", "2f(any)",
-                      "f-g(any)", "f.g(any)", "f(any)g(any)", "f(any, number", "f(any; number)"));
+                      "f-g(any)", "f.g(any)", "f(any)g(any)", "f(any, number", "f(any; number)",
+                      "f(any ?)", "f(?)",
+                      "f(any?"
+                      "?)",
+                      "f(any?, any)", "f(any?, number, text?)", "f(refer object V ?)", "f(texts)",
+                      "f(option)", "f(refer options)",
+                      // Methods have an object of their class first.
+                      "C.f()", "C.f(any)", "C.f(refer object D)", "C.f(refer object C?)",
+                      "C.f(any, refer object C)", ".f(refer object C)", "C.(refer object C)",
+                      "C..f(refer object C)", "C .f(refer object C)", "C.D.f(refer object C)",
+                      "2C.f(refer object 2C)",
+                      // Operators are those of the list, with their numbers of operands.
+                      "C.__index(any, any)", "C.__newindex(any, any, any)", "C.__gc(any)",
+                      "C.__lt(any, any)", "C.__close(any)", "C.__(any)", "C.__add(any)",
+                      "C.__add(any, any, any)", "C.__add(any, any?)", "C.__unm(any, any)",
+                      "C.__len()", "C.__tostring(any?)", "C.__call()", "C.__call(any)",
+                      "C.__call(any, refer object C)"));
 
 struct Accepted {
   const char* signature;
@@ -67,6 +83,20 @@ TEST_P(AcceptedSignature, IsRegisteredWithItsParameters) {
                                           std::to_string(GetParam().parameters + 1));
 }
 
+TEST_F(SignatureTest, OptionalParametersAreCountedAsARange) {
+  ASSERT_TRUE(Load("f(any, refer object V?, text?)")) << host.TakeError().ToString();
+  std::vector<Variable> tooMany(4);
+  EXPECT_FALSE(host.Call("f", tooMany, nullptr));
+  EXPECT_EQ(host.TakeError().message, "expected 1 to 3 arguments, got 4");
+}
+
+TEST_F(SignatureTest, MethodsDoNotCountTheirObject) {
+  ASSERT_TRUE(Load("C.f(refer object C, any, any?)")) << host.TakeError().ToString();
+  std::vector<Variable> tooMany(4);
+  EXPECT_FALSE(host.Call("C.f", tooMany, nullptr));
+  EXPECT_EQ(host.TakeError().message, "expected 1 to 2 arguments, got 3");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Rows, AcceptedSignature,
     ::testing::Values(Accepted{"f()", "f", 0}, Accepted{"f(any)", "f", 1},
@@ -74,6 +104,11 @@ INSTANTIATE_TEST_SUITE_P(
                       Accepted{"_f2(int)", "_f2", 1},
                       Accepted{"FTest(refer object Vector, refer object Vector)", "FTest", 2},
                       Accepted{"f(any, number, int, refer object _X1)", "f", 4},
+                      Accepted{"f(text, function, options)", "f", 3},
+                      Accepted{"C.__add(any, number)", "C.__add", 2},
+                      Accepted{"C.__eq(refer object C, refer object C)", "C.__eq", 2},
+                      Accepted{"C.__tostring(refer object C)", "C.__tostring", 1},
+                      Accepted{"__add(any)", "__add", 1},
                       Accepted{"g(int, int, int, int, int, int, int, int, int, int)", "g", 10}));
 
 }  // namespace
