@@ -46,6 +46,7 @@ TARN_API T QMedian(T* a, std::int64_t n);
 template <class T>
 TARN_API T QMedian(T* a, std::int64_t n, T** work);
 
+/// @cond INSTANTIATIONS
 extern template TARN_API short QMedian<short>(short*, std::int64_t);
 extern template TARN_API int QMedian<int>(int*, std::int64_t);
 extern template TARN_API float QMedian<float>(float*, std::int64_t);
@@ -55,5 +56,6 @@ extern template TARN_API short QMedian<short>(short*, std::int64_t, short**);
 extern template TARN_API int QMedian<int>(int*, std::int64_t, int**);
 extern template TARN_API float QMedian<float>(float*, std::int64_t, float**);
 extern template TARN_API double QMedian<double>(double*, std::int64_t, double**);
+/// @endcond
 
 #endif

@@ -37,6 +37,7 @@ TARN_API std::int64_t BFindInsertIndex(T* a, double value, std::int64_t n);
 template <class T>
 TARN_API std::int64_t BFindInsertIndex(T* a, double value, std::int64_t n, std::int64_t stride);
 
+/// @cond INSTANTIATIONS
 extern template TARN_API std::int64_t BFind<int>(int*, double, std::int64_t);
 extern template TARN_API std::int64_t BFind<float>(float*, double, std::int64_t);
 extern template TARN_API std::int64_t BFind<double>(double*, double, std::int64_t);
@@ -53,5 +54,6 @@ extern template TARN_API std::int64_t BFindInsertIndex<float>(float*, double, st
                                                               std::int64_t);
 extern template TARN_API std::int64_t BFindInsertIndex<double>(double*, double, std::int64_t,
                                                                std::int64_t);
+/// @endcond
 
 #endif

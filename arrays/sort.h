@@ -67,6 +67,7 @@ TARN_API void QSortIndex(int* idx, T* keys, std::int64_t lo, std::int64_t hi);
 template <class T>
 TARN_API int T_compare(const void* p, const void* q);
 
+/// @cond INSTANTIATIONS
 extern template TARN_API void QSort<int>(int*, std::int64_t);
 extern template TARN_API void QSort<float>(float*, std::int64_t);
 extern template TARN_API void QSort<double>(double*, std::int64_t);
@@ -88,5 +89,6 @@ extern template TARN_API int T_compare<short>(const void*, const void*);
 extern template TARN_API int T_compare<int>(const void*, const void*);
 extern template TARN_API int T_compare<float>(const void*, const void*);
 extern template TARN_API int T_compare<double>(const void*, const void*);
+/// @endcond
 
 #endif

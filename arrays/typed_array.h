@@ -70,8 +70,8 @@ class TARN_API T_Array : public TarnAss {
   void Serialize(Variable& value) const;
 
  protected:
-  T* data;
-  std::int64_t len;
+  T* data;           ///< the elements, in an own block of the host heap; null: no block
+  std::int64_t len;  ///< their number
 
  private:
   static T Dump;
@@ -129,9 +129,9 @@ class TARN_API T_ArrayEx : public TarnAss {
   void Serialize(Variable& value) const;
 
  protected:
-  T* data;
-  std::int64_t itemLen;
-  std::int64_t len;
+  T* data;               ///< the records one after the other, in an own block; null: no block
+  std::int64_t itemLen;  ///< elements of a record
+  std::int64_t len;      ///< number of records
 
  private:
   std::int64_t ElementCount() const { return len * itemLen; }
@@ -172,11 +172,11 @@ class TARN_API T_ArraySet : public TarnAss {
   bool IsComplete() const { return ok != 0; }       ///< Whether every allocation succeeded.
 
  protected:
-  T** params;
-  T** items;
-  std::int64_t len;
-  std::int64_t itemLen;
-  std::int32_t ok;
+  T** params;            ///< one parameter block per item
+  T** items;             ///< the items
+  std::int64_t len;      ///< their number
+  std::int64_t itemLen;  ///< elements of an item
+  std::int32_t ok;       ///< 1: every allocation succeeded
 
  private:
   void AllocateItems();

@@ -32,6 +32,8 @@
 #include "tfunc/interval_search.h"
 #include "tfunc/owner_ring.h"
 
+/// A function of one variable tabulated at ascending abscissae, linear between them: values,
+/// arithmetic, integrals, zeros and extremes.
 class TARN_API TFunc {
  public:
   // The data. Callers may read and write the points; whoever replaces an array answers for the old

@@ -90,6 +90,23 @@ TYPED_TEST(PairSort, PairsOfEveryInputAndSampleSizeAscend) {
   }
 }
 
+TYPED_TEST(PairSort, PairsStayTogether) {
+  const auto pairs = [](const std::vector<TypeParam>& values) {
+    std::vector<std::pair<TypeParam, TypeParam>> list;
+    for (std::size_t i = 0; i + 1 < values.size(); i += 2) {
+      list.emplace_back(values[i], values[i + 1]);
+    }
+    std::sort(list.begin(), list.end());
+    return list;
+  };
+  for (const auto& input : PlainInputs<TypeParam>()) {
+    for (const std::int64_t n : SampleSizes()) {
+      const std::vector<TypeParam> values = input.make(n - n % 2);
+      ASSERT_EQ(pairs(SortedByMember(values)), pairs(values)) << input.name << ", n = " << n;
+    }
+  }
+}
+
 TYPED_TEST(PairSort, NothingBeyondTheArrayIsTouched) {
   // A longer block shortened in place: what lies behind the length belongs to nobody.
   auto array = MakeArray<TypeParam>({7, 1, 5, 2, 3, 9});
