@@ -13,6 +13,7 @@
 
 #include "linalg/element_storage.h"
 #include "linalg/kernels.h"
+#include "linalg/small_product.h"
 
 namespace tarn {
 
@@ -103,8 +104,8 @@ Element SumElements(std::int64_t n, const Element* x) {
 template <class Element>
 void MultiplyRows(std::int64_t rows, std::int64_t cols, const Element* a, std::int64_t stride,
                   const Element* v, Element* out) {
-  if (rows * cols <= kFewElements) {
-    for (std::int64_t i = 0; i < rows; ++i) out[i] = DotProduct(cols, a + i * stride, v);
+  if (rows <= kSmallProductOrder && cols <= kSmallProductOrder) {
+    MultiplySmallRows(rows, cols, a, stride, v, out);
   } else {
     ClearElements(out, rows);
     Kernels<Element>().addRowProducts(rows, cols, a, stride, v, out);

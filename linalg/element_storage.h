@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <new>
 #include <type_traits>
@@ -39,6 +40,13 @@ void CopyElements(Element* target, const Element* source, std::int64_t count) {
   if (source == nullptr) return ClearElements(target, count);
   if (target == nullptr || count <= 0) return;
   std::memmove(target, source, static_cast<std::size_t>(count) * sizeof(Element));
+}
+
+/// Whether `p` points to one of the `count` elements of a block, or to its begin.
+template <class Element>
+bool PointsInto(const Element* block, std::int64_t count, const Element* p) {
+  const std::less<const Element*> isBefore;
+  return p != nullptr && (p == block || (!isBefore(p, block) && isBefore(p, block + count)));
 }
 
 /// `NewElements`, zero-filled.

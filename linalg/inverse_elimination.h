@@ -16,37 +16,56 @@
 ///
 /// Source: G. H. Golub, C. F. Van Loan, Matrix Computations, 4th ed., section 3.2.
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "frame/error_numbers.h"
+#include "linalg/block_elimination.h"
 #include "linalg/element_storage.h"
 #include "linalg/solve_elimination.h"
 
 namespace tarn {
 
-/// Step 2. Returns false at a zero pivot.
+/// Step 2 for U; the multipliers f take the places below its diagonal. Returns false at a zero
+/// pivot.
 template <class Element>
-bool EliminateWithoutExchanges(EliminationCopy<Element>& u, EliminationCopy<Element>& r) {
+bool EliminateWithoutExchanges(EliminationCopy<Element>& u) {
+  constexpr int kUnblockedOrder = 12;
   const int n = u.Order();
+  if (n > kUnblockedOrder) {
+    PanelStorage<Element> panel(n);
+    if (panel.Get() != nullptr) {
+      return BlockElimination<Element>(u.Row(0), n, panel.Get()).RunWithoutPivots();
+    }
+  }
   for (int k = 0; k + 1 < n; ++k) {
     if (u(k, k) == 0) return false;
-    for (int i = k + 1; i < n; ++i) {
-      const Element factor = u(i, k) / u(k, k);
-      SubtractMultiple(u.Row(i), factor, u.Row(k), k + 1, n);
-      SubtractMultiple(r.Row(i), factor, r.Row(k), 0, n);
-    }
+    EliminateBelow(u, k);
   }
   return true;
 }
 
-/// Step 3, all columns at a time: row i of `r` is the right-hand side and becomes the result.
+/// Whether all multipliers are finite.
 template <class Element>
-void SubstituteBackRows(EliminationCopy<Element>& u, EliminationCopy<Element>& r) {
-  const int n = u.Order();
-  for (int i = n - 1; i >= 0; --i) {
-    for (int j = n - 1; j > i; --j) SubtractMultiple(r.Row(i), u(i, j), r.Row(j), 0, n);
-    for (int c = 0; c < n; ++c) r(i, c) /= u(i, i);
+bool AreMultipliersFinite(EliminationCopy<Element>& u) {
+  constexpr Element kLargest = std::numeric_limits<Element>::max();
+  bool areFinite = true;
+  for (int i = 1; i < u.Order(); ++i) {
+    const Element* const row = u.Row(i);
+    for (int k = 0; k < i; ++k) areFinite &= std::abs(row[k]) <= kLargest;
   }
+  return areFinite;
+}
+
+/// Step 2 for R. What lies right of its diagonal stays +0 as long as finite multiples of +0 are
+/// taken away, and need not be touched then.
+template <class Element>
+void CarryOver(EliminationCopy<Element>& u, EliminationCopy<Element>& r) {
+  const std::ptrdiff_t n = u.Order();
+  const bool staysTriangular = AreMultipliersFinite(u);
+  SolveLowerRows<Element>({u.Row(0), r.Row(0), n, n}, 0, n,
+                          [=](std::ptrdiff_t i) { return staysTriangular ? i : n; });
 }
 
 /// Inverts n x n elements into `result`, which may be `a`. Returns the number of the error to raise
@@ -57,8 +76,9 @@ int InvertByElimination(const Element* a, int n, Element* result) {
   EliminationCopy<Element> r(n);
   if (!u || !r) return kErrorMemory;
   r.SetIdentity();
-  if (!EliminateWithoutExchanges(u, r)) return kErrorSingular;
-  SubstituteBackRows(u, r);
+  if (!EliminateWithoutExchanges(u)) return kErrorSingular;
+  CarryOver(u, r);
+  SolveUpperRows<Element>({u.Row(0), r.Row(0), n, n}, 0, n);  // step 3
   CopyElements(result, r.Row(0), static_cast<std::int64_t>(n) * n);
   return 0;
 }

@@ -5,6 +5,7 @@
 #define TARN_KERNEL_VECTORS 2
 #define TARN_KERNEL_DEPTH 256
 #define TARN_KERNEL_GROUPS 4
+#define TARN_KERNEL_CHOLESKY_VECTORS 8
 #include "linalg/kernel_sets.h"
 
 #if defined(TARN_HAS_X86_KERNELS)

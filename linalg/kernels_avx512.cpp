@@ -5,6 +5,7 @@
 #define TARN_KERNEL_VECTORS 3
 #define TARN_KERNEL_DEPTH 128
 #define TARN_KERNEL_GROUPS 2
+#define TARN_KERNEL_CHOLESKY_VECTORS 4
 #include "linalg/kernel_sets.h"
 
 #if defined(TARN_HAS_X86_KERNELS)

@@ -25,13 +25,6 @@ struct SquareTerms {
   TARN_INLINE Element At(Index, Element element) const { return element * element; }
 };
 
-/// Lane by lane a where `mask` is set, otherwise b.
-template <class Element>
-TARN_INLINE Vector<Element> Select(Vector<Element> a, Vector<Element> b, Mask<Element> mask) {
-  return reinterpret_cast<Vector<Element>>((reinterpret_cast<Mask<Element>>(a) & mask) |
-                                           (reinterpret_cast<Mask<Element>>(b) & ~mask));
-}
-
 /// Adds the terms of one block of columns to the sums of a group of rows. Lanes that `keep` rules
 /// out count as -0, which changes no sum, not even one that is a zero of either sign.
 template <class Element, class Terms>
@@ -47,14 +40,6 @@ TARN_INLINE void AddBlock(Vector<Element>& sums, const Element* const* rows, Ind
   TransposeLanes<Element>(block);
   TARN_UNROLL
   for (Index q = 0; q < n; ++q) sums += block[q];
-}
-
-/// Lanes first ... n-1.
-template <class Element>
-TARN_INLINE Mask<Element> LanesFrom(Index first) {
-  Mask<Element> mask;
-  for (Index q = 0; q < kLanes<Element>; ++q) mask[q] = q < first ? 0 : -1;
-  return mask;
 }
 
 /// Up to kGroups*n rows of at least n columns. Groups beyond the last row repeat it.

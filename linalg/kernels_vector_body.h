@@ -67,6 +67,21 @@ TARN_INLINE Vector<Element> Broadcast(Element s) {
   return s - Vector<Element>{};
 }
 
+/// Lane by lane a where `mask` is set, otherwise b.
+template <class Element>
+TARN_INLINE Vector<Element> Select(Vector<Element> a, Vector<Element> b, Mask<Element> mask) {
+  return reinterpret_cast<Vector<Element>>((reinterpret_cast<Mask<Element>>(a) & mask) |
+                                           (reinterpret_cast<Mask<Element>>(b) & ~mask));
+}
+
+/// Lanes first ... n-1.
+template <class Element>
+TARN_INLINE Mask<Element> LanesFrom(Index first) {
+  Mask<Element> mask;
+  for (Index q = 0; q < kLanes<Element>; ++q) mask[q] = q < first ? 0 : -1;
+  return mask;
+}
+
 TARN_INLINE Index Least(Index a, Index b) { return a < b ? a : b; }
 
 // Transposes of square blocks of lanes ------------------------------------------------------------

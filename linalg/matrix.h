@@ -59,8 +59,8 @@ class T_Matrix {
   /// scratch vector is long enough; otherwise new, owned, zero-filled storage is taken.
   void SetDim(int rows, int cols);
   /// Wraps `buf`, which holds rows*cols elements and behind them max(rows, cols) + 1 elements of
-  /// scratch. `clear`: sets the elements to 0. Given the matrix's own storage it is
-  /// `SetDim(rows, cols)`.
+  /// scratch. `clear`: sets the elements to 0. Given (a part of) the matrix's own storage it is
+  /// `SetDim(rows, cols)`, because that storage would not outlive the call.
   void SetDim(int rows, int cols, Element* buf, bool clear);
   /// Exchanges shape and storage but not the ownership flags: each object keeps its own. After a
   /// swap of an owner with a wrapper the owner frees what the wrapper had and the wrapper frees
@@ -129,8 +129,8 @@ class T_Matrix {
 
   // Products into a result ----------------------------------------------------------------------
 
-  /// c = this*b, summed as by `operator*`. Returns 1; 0 with c untouched when X() is not b.Y(), 0
-  /// also when c's storage is refused.
+  /// c = this*b, summed as by `operator*`. Returns 1; 0 with c untouched when X() is not b.Y() or
+  /// an operand lacks its elements, 0 also when c's storage is refused.
   int Mul(const T_Matrix& b, T_Matrix& c) const;
   /// c = this*transpose(b): c(i, j) = sum over k of (i, k)*b(j, k). Returns as `Mul`; needs equal
   /// X().
@@ -259,10 +259,10 @@ class T_Matrix {
   /// Exchanges the X() elements of two rows.
   void SwapLines(Element* a, Element* b);
 
-  std::int32_t x;
-  std::int32_t y;
+  std::int32_t x;          ///< columns
+  std::int32_t y;          ///< rows
   std::int32_t owns_data;  ///< 1: `data` and `work` were allocated here and are freed here
-  Element* data;
+  Element* data;           ///< the elements, row by row; null: none
   Element* work;  ///< max(x, y) + 1 elements of scratch; contents do not last between calls
 
  private:

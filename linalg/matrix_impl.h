@@ -121,7 +121,7 @@ void T_Matrix<Element>::SetDim(int rows, int cols) {
 
 template <class Element>
 void T_Matrix<Element>::SetDim(int rows, int cols, Element* buf, bool clear) {
-  if (owns_data != 0 && buf != nullptr && buf == data) {
+  if (owns_data != 0 && tarn::PointsInto(data, StoredCount(), buf)) {
     SetDim(rows, cols);
   } else {
     Reset();

@@ -23,10 +23,11 @@ inline bool IsSmallProduct(int rows, int cols, int depth) {
 
 }  // namespace tarn
 
-/// c = this*b for a c of the right shape that shares no storage with the operands.
+/// c = this*b for a c of the right shape that shares no storage with the operands. Operands of no
+/// elements need no storage: their product is zeros.
 template <class Element>
 void T_Matrix<Element>::MultiplyInto(const T_Matrix& b, T_Matrix& c) const {
-  if (data == nullptr || b.data == nullptr || c.data == nullptr) return;
+  if (!HasItsElements() || !b.HasItsElements() || c.data == nullptr) return;
   if (tarn::IsSmallProduct(y, b.x, x)) {
     tarn::MultiplySmall(y, b.x, x, data, b.data, c.data);
   } else {
@@ -37,7 +38,7 @@ void T_Matrix<Element>::MultiplyInto(const T_Matrix& b, T_Matrix& c) const {
 /// c = this*transpose(b), likewise.
 template <class Element>
 void T_Matrix<Element>::MultiplyTransposedInto(const T_Matrix& b, T_Matrix& c) const {
-  if (data == nullptr || b.data == nullptr || c.data == nullptr) return;
+  if (!HasItsElements() || !b.HasItsElements() || c.data == nullptr) return;
   if (tarn::IsSmallProduct(y, b.y, x)) {
     tarn::MultiplySmallTransposed(y, b.y, x, data, b.data, c.data);
   } else {
@@ -47,7 +48,7 @@ void T_Matrix<Element>::MultiplyTransposedInto(const T_Matrix& b, T_Matrix& c) c
 
 template <class Element>
 int T_Matrix<Element>::Mul(const T_Matrix& b, T_Matrix& c) const {
-  if (x != b.y) return 0;
+  if (x != b.y || !HasItsElements() || !b.HasItsElements()) return 0;
   if (&c == this || &c == &b) {
     T_Matrix product;
     const int done = Mul(b, product);
@@ -61,7 +62,7 @@ int T_Matrix<Element>::Mul(const T_Matrix& b, T_Matrix& c) const {
 
 template <class Element>
 int T_Matrix<Element>::MulT(const T_Matrix& b, T_Matrix& c) const {
-  if (x != b.x) return 0;
+  if (x != b.x || !HasItsElements() || !b.HasItsElements()) return 0;
   if (&c == this || &c == &b) {
     T_Matrix product;
     const int done = MulT(b, product);
@@ -83,7 +84,7 @@ T_Matrix<Element>* T_Matrix<Element>::operator*(const T_Matrix& b) const {
 
 template <class Element>
 T_Matrix<Element>& T_Matrix<Element>::operator*=(const T_Matrix& b) {
-  if (x != b.y) return *this;
+  if (x != b.y || !b.HasItsElements()) return *this;
   T_Matrix product(y, b.x);
   MultiplyInto(b, product);
   if (product.data != nullptr) {
@@ -96,13 +97,13 @@ T_Matrix<Element>& T_Matrix<Element>::operator*=(const T_Matrix& b) {
 
 template <class Element>
 void T_Matrix<Element>::RightMultiply(Element* out, const Element* v) const {
-  if (data == nullptr) return;
+  if (!HasItsElements()) return;
   tarn::MultiplyRows<Element>(y, x, data, x, v, out);
 }
 
 template <class Element>
 void T_Matrix<Element>::Mul(T_MatVector<Element>& out, const T_MatVectorCol<Element>& v) const {
-  if (x != v.Dim()) return;
+  if (x != v.Dim() || !HasItsElements()) return;
   if (&out == &v) return Mul(out, T_MatVectorCol<Element>(v));
   out.SetDim(y);
   if (out.Dim() != y) return;

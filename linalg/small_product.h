@@ -6,6 +6,7 @@
 /// less than what it costs to choose and enter a kernel.
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace tarn {
@@ -67,15 +68,79 @@ void MultiplySmall(int rows, int cols, int depth, const Element* a, const Elemen
   }
 }
 
-/// c = a*transpose(b), all of order up to kSmallProductOrder.
+/// The sum of kCount products in increasing index.
+template <int kCount, class Element>
+Element DotProductFixed(const Element* a, const Element* b) {
+  Element sum = 0;
+  for (int k = 0; k < kCount; ++k) sum += a[k] * b[k];
+  return sum;
+}
+
+/// c = a*transpose(b) for rows of kDepth elements.
+template <int kDepth, class Element>
+void MultiplyTransposedFixed(int rows, int cols, const Element* a, const Element* b, Element* c) {
+  for (int i = 0; i < rows; ++i) {
+    for (int j = 0; j < cols; ++j) {
+      c[i * cols + j] = DotProductFixed<kDepth>(a + i * kDepth, b + j * kDepth);
+    }
+  }
+}
+
+/// c = a*transpose(b), all of order up to kSmallProductOrder. Longer rows are worth a
+/// transposition.
 template <class Element>
 void MultiplySmallTransposed(int rows, int cols, int depth, const Element* a, const Element* b,
                              Element* c) {
+  switch (depth) {
+    case 1:
+      return MultiplyTransposedFixed<1>(rows, cols, a, b, c);
+    case 2:
+      return MultiplyTransposedFixed<2>(rows, cols, a, b, c);
+    case 3:
+      return MultiplyTransposedFixed<3>(rows, cols, a, b, c);
+    case 4:
+      return MultiplyTransposedFixed<4>(rows, cols, a, b, c);
+    default:
+      break;
+  }
   Element transposed[kSmallProductOrder * kSmallProductOrder];
   for (int j = 0; j < cols; ++j) {
     for (int k = 0; k < depth; ++k) transposed[k * cols + j] = b[j * depth + k];
   }
   MultiplySmall(rows, cols, depth, a, transposed, c);
+}
+
+/// out[i] = the product of row i of kCols elements, `stride` apart, with v.
+template <int kCols, class Element>
+void MultiplyRowsFixed(std::int64_t rows, const Element* a, std::int64_t stride, const Element* v,
+                       Element* out) {
+  for (std::int64_t i = 0; i < rows; ++i) out[i] = DotProductFixed<kCols>(a + i * stride, v);
+}
+
+/// The same for up to kSmallProductOrder columns. `v` and `out` do not overlap.
+template <class Element>
+void MultiplySmallRows(std::int64_t rows, std::int64_t cols, const Element* a, std::int64_t stride,
+                       const Element* v, Element* out) {
+  switch (cols) {
+    case 0:
+      return MultiplyRowsFixed<0>(rows, a, stride, v, out);
+    case 1:
+      return MultiplyRowsFixed<1>(rows, a, stride, v, out);
+    case 2:
+      return MultiplyRowsFixed<2>(rows, a, stride, v, out);
+    case 3:
+      return MultiplyRowsFixed<3>(rows, a, stride, v, out);
+    case 4:
+      return MultiplyRowsFixed<4>(rows, a, stride, v, out);
+    case 5:
+      return MultiplyRowsFixed<5>(rows, a, stride, v, out);
+    case 6:
+      return MultiplyRowsFixed<6>(rows, a, stride, v, out);
+    case 7:
+      return MultiplyRowsFixed<7>(rows, a, stride, v, out);
+    default:
+      return MultiplyRowsFixed<8>(rows, a, stride, v, out);
+  }
 }
 
 }  // namespace tarn

@@ -11,7 +11,9 @@
 ///  3. A pivot of exactly 0 ends the elimination: the matrix is singular. There is no tolerance.
 ///  4. Every row r > k: f = a(r, k)/a(k, k); row r -= f * row k, b[r] -= f * b[k].
 ///
-/// Elements below the diagonal are never looked at again, so row operations leave them out.
+/// The elements below the diagonal are not looked at again; the multipliers f take their places.
+/// The right-hand side follows when they are known, and larger orders go by blocks
+/// (block_elimination.h): neither changes what is subtracted from an element, nor in which order.
 ///
 /// Source: G. H. Golub, C. F. Van Loan, Matrix Computations, 4th ed., algorithm 3.4.1.
 
@@ -19,7 +21,9 @@
 #include <cmath>
 #include <cstdint>
 
+#include "linalg/block_elimination.h"
 #include "linalg/element_storage.h"
+#include "linalg/kernels.h"
 
 namespace tarn {
 
@@ -88,14 +92,57 @@ void SubtractMultiple(Element* target, Element factor, const Element* source, in
   for (int j = first; j < last; ++j) target[j] -= factor * source[j];
 }
 
-/// Step 4 for column k; `rhs` may be null.
+/// Step 4 for column k, without the right-hand side.
 template <class Element>
-void EliminateBelow(EliminationCopy<Element>& a, int k, Element* rhs) {
+void EliminateBelow(EliminationCopy<Element>& a, int k) {
   const int n = a.Order();
   for (int r = k + 1; r < n; ++r) {
     const Element factor = a(r, k) / a(k, k);
     SubtractMultiple(a.Row(r), factor, a.Row(k), k + 1, n);
-    if (rhs != nullptr) rhs[r] -= factor * rhs[k];
+    a(r, k) = factor;
+  }
+}
+
+/// Steps 1 to 4 as they stand, without the right-hand side; `exchange(i, j)` is told of exchanges.
+template <class Element, class Exchange>
+bool EliminateColumnByColumn(EliminationCopy<Element>& a, Exchange exchange) {
+  for (int k = 0; k < a.Order(); ++k) {
+    const int pivot = FindPivotRow(a, k);
+    if (pivot != k) {
+      std::swap_ranges(a.Row(k), a.Row(k) + a.Order(), a.Row(pivot));
+      exchange(k, pivot);
+    }
+    if (a(k, k) == 0) return false;
+    EliminateBelow(a, k);
+  }
+  return true;
+}
+
+/// The same by blocks, where that pays and there is room for it.
+template <class Element, class Exchange>
+bool EliminateColumns(EliminationCopy<Element>& a, Exchange exchange) {
+  constexpr int kUnblockedOrder = 28;
+  if (a.Order() <= kUnblockedOrder) return EliminateColumnByColumn(a, exchange);
+  PanelStorage<Element> panel(a.Order());
+  if (panel.Get() == nullptr) return EliminateColumnByColumn(a, exchange);
+  return BlockElimination<Element>(a.Row(0), a.Order(), panel.Get()).RunWithPivots(exchange);
+}
+
+/// rhs[i] -= f(i, k)*rhs[k] for k = 0, ..., i - 1, the multipliers f standing below the diagonal.
+template <class Element>
+void SubstituteForward(EliminationCopy<Element>& a, Element* rhs) {
+  constexpr int kRows = 16;
+  const int n = a.Order();
+  for (int begin = 0; begin < n; begin += kRows) {
+    const int end = std::min(begin + kRows, n);
+    Element negated[kRows];
+    for (int i = begin; i < end; ++i) {
+      for (int k = begin; k < i; ++k) rhs[i] -= a(i, k) * rhs[k];
+      negated[i - begin] = -rhs[i];
+    }
+    if (end == n) return;
+    Kernels<Element>().addRowProducts(n - end, end - begin, a.Row(end) + begin, n, negated,
+                                      rhs + end);
   }
 }
 
@@ -105,16 +152,12 @@ void EliminateBelow(EliminationCopy<Element>& a, int k, Element* rhs) {
 template <class Element>
 bool Eliminate(EliminationCopy<Element>& a, Element* rhs, bool* oddExchanges) {
   *oddExchanges = false;
-  for (int k = 0; k < a.Order(); ++k) {
-    const int pivot = FindPivotRow(a, k);
-    if (pivot != k) {
-      std::swap_ranges(a.Row(k), a.Row(k) + a.Order(), a.Row(pivot));
-      if (rhs != nullptr) std::swap(rhs[k], rhs[pivot]);
-      *oddExchanges = !*oddExchanges;
-    }
-    if (a(k, k) == 0) return false;
-    EliminateBelow(a, k, rhs);
-  }
+  const auto exchange = [=](std::ptrdiff_t i, std::ptrdiff_t j) {
+    if (rhs != nullptr) std::swap(rhs[i], rhs[j]);
+    *oddExchanges = !*oddExchanges;
+  };
+  if (!EliminateColumns(a, exchange)) return false;
+  if (rhs != nullptr) SubstituteForward(a, rhs);
   return true;
 }
 

@@ -2,6 +2,7 @@
 #define TARN_LINALG_SOLVE_IMPL_H
 
 #include <algorithm>
+#include <cstddef>
 
 #include "frame/error_numbers.h"
 #include "frame/host.h"
@@ -12,15 +13,44 @@
 
 namespace tarn {
 
+/// residuals[r] = rhs[first + r] - a(first + r, j)*solution[j] - ... for j = n - 1, ..., first +
+/// kRows and so many rows, whose sums run side by side.
+template <std::size_t kRows, class Element>
+void SubtractKnown(EliminationCopy<Element>& a, int first, const Element* rhs,
+                   const Element* solution, Element* residuals) {
+  Element sums[kRows];
+  const Element* rows[kRows];
+  for (std::size_t r = 0; r < kRows; ++r) {
+    sums[r] = rhs[first + static_cast<int>(r)];
+    rows[r] = a.Row(first + static_cast<int>(r));
+  }
+  for (int j = a.Order() - 1; j >= first + static_cast<int>(kRows); --j) {
+    for (std::size_t r = 0; r < kRows; ++r) sums[r] -= rows[r][j] * solution[j];
+  }
+  std::copy_n(sums, kRows, residuals);
+}
+
 /// Solves the triangular system that elimination left. Its diagonal holds the pivots, so it is free
 /// of zeros. An exactly zero residual is the solution without a division.
 template <class Element>
 void SubstituteBack(EliminationCopy<Element>& a, const Element* rhs, Element* solution) {
-  const int n = a.Order();
-  for (int i = n - 1; i >= 0; --i) {
-    Element residual = rhs[i];
-    for (int j = n - 1; j > i; --j) residual -= a(i, j) * solution[j];
-    solution[i] = residual != 0 ? residual / a(i, i) : residual;
+  constexpr int kRows = 8;
+  Element residuals[kRows];
+  int end = a.Order();
+  while (end > 0) {
+    const int count = end >= kRows ? kRows : 1;
+    const int begin = end - count;
+    if (count == kRows) {
+      SubtractKnown<kRows>(a, begin, rhs, solution, residuals);
+    } else {
+      SubtractKnown<1>(a, begin, rhs, solution, residuals);
+    }
+    for (int i = end - 1; i >= begin; --i) {
+      Element residual = residuals[i - begin];
+      for (int j = end - 1; j > i; --j) residual -= a(i, j) * solution[j];
+      solution[i] = residual != 0 ? residual / a(i, i) : residual;
+    }
+    end = begin;
   }
 }
 

@@ -22,6 +22,22 @@ Element MeanFromTheEnd(const Element* a, std::int64_t count) {
   return sum / static_cast<Element>(count);
 }
 
+/// Fewer columns are not worth being put into strips.
+inline constexpr int kLeastStripColumns = 4;
+
+/// Diagonalises what the reduction left. Where the buffers of the strips are refused, the rotations
+/// take more time and the result is the same.
+template <class Element>
+void DiagonalizeBidiagonal(SvdProblem<Element>& p) {
+  constexpr int kRows = kStripRows<Element>;
+  WorkVectors<Element, 2 * kRows> buffers(p.n);
+  Element* const ofU = p.n < kLeastStripColumns ? nullptr : buffers.Get();
+  Element* const ofV = ofU == nullptr ? nullptr : ofU + std::int64_t{kRows} * p.n;
+  RotationLog<Element> rotationsOfU(p.U(), ofU);
+  RotationLog<Element> rotationsOfV(p.V(), ofV);
+  SvdIteration<Element>(p, rotationsOfU, rotationsOfV).Run();
+}
+
 /// Reduces and diagonalises. Returns false when a work area was refused.
 template <class Element>
 bool Diagonalize(SvdProblem<Element>& p) {
@@ -31,9 +47,7 @@ bool Diagonalize(SvdProblem<Element>& p) {
   ReduceToBidiagonal(p);
   AccumulateRight(p);
   AccumulateLeft(p);
-  RotationLog<Element> rotationsOfU(p.U());
-  RotationLog<Element> rotationsOfV(p.V());
-  SvdIteration<Element>(p, rotationsOfU, rotationsOfV).Run();
+  DiagonalizeBidiagonal(p);
   return true;
 }
 

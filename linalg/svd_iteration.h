@@ -28,18 +28,19 @@ namespace tarn {
 /// sqrt(a^2 + b^2) without overflow or destructive underflow.
 template <class Element>
 Element Hypotenuse(Element a, Element b) {
+  // Chosen without a jump, because none could be foreseen. A NaN never counts as the larger one.
   const Element magnitudeA = std::abs(a);
   const Element magnitudeB = std::abs(b);
-  if (magnitudeA > magnitudeB) {
-    const Element ratio = magnitudeB / magnitudeA;
-    return magnitudeA * std::sqrt(1 + ratio * ratio);
-  }
-  if (magnitudeB == 0) return 0;
-  const Element ratio = magnitudeA / magnitudeB;
-  return magnitudeB * std::sqrt(1 + ratio * ratio);
+  const Element larger = magnitudeA > magnitudeB ? magnitudeA : magnitudeB;
+  const Element smaller = magnitudeA > magnitudeB ? magnitudeB : magnitudeA;
+  if (larger == 0) return 0;
+  const Element ratio = smaller / larger;
+  return larger * std::sqrt(1 + ratio * ratio);
 }
 
-/// The iteration on the diagonals of a problem.
+/// The iteration on the diagonals of a problem. A superdiagonal element is not looked at any more
+/// once the value next to it has converged; its place keeps the sign that column of V takes, 1 or
+/// -1.
 template <class Element>
 class SvdIteration {
  public:
@@ -50,8 +51,9 @@ class SvdIteration {
   void Run() {
     if (p_.m < p_.n) ClearColumnBeyondRows();
     for (int k = p_.n - 1; k >= 0; --k) Converge(k);
-    u_.Apply();
-    v_.Apply();
+    u_.Finish();
+    v_.Finish();
+    ScaleColumns(p_.V(), p_.superdiagonal);
   }
 
  private:
@@ -86,6 +88,7 @@ class SvdIteration {
       }
       Sweep(l, k);
     }
+    p_.superdiagonal[k] = 1;
   }
 
   int Split(int k) {
@@ -120,9 +123,9 @@ class SvdIteration {
   }
 
   void MakeNonNegative(int k) {
-    if (!(p_.diagonal[k] < 0)) return;
-    p_.diagonal[k] = -p_.diagonal[k];
-    v_.Negate(k);
+    const bool isNegative = p_.diagonal[k] < 0;
+    if (isNegative) p_.diagonal[k] = -p_.diagonal[k];
+    p_.superdiagonal[k] = isNegative ? -1 : 1;
   }
 
   /// First element of the shifted vector that the sweep from l to k starts from.

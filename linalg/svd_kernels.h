@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "linalg/kernels.h"
+
 namespace tarn {
 
 /// Part of a matrix stored row after row, `stride` elements apart.
@@ -30,26 +32,34 @@ struct Block {
 /// How many columns or rows a pass takes at a time.
 inline constexpr int kSvdChunk = 64;
 
+/// Narrower blocks are not worth a call of a kernel.
+inline constexpr int kLeastKernelWidth = 8;
+
 /// sums[j] = sum over k of weights[k] * block(k, j).
 template <class Element>
 void SumColumns(Block<Element> block, const Element* weights, std::int64_t weightStride,
                 Element* sums) {
-  std::fill_n(sums, block.width, Element{0});
-  for (int k = 0; k < block.rows; ++k) {
-    const Element weight = weights[k * weightStride];
-    const Element* const row = block.Row(k);
-    for (int j = 0; j < block.width; ++j) sums[j] += weight * row[j];
+  if (block.width >= kLeastKernelWidth) {
+    return Kernels<Element>().sumColumnProducts(block.rows, block.width, block.first, block.stride,
+                                                weights, weightStride, sums);
+  }
+  for (int j = 0; j < block.width; ++j) {
+    Element sum = 0;
+    for (int k = 0; k < block.rows; ++k) sum += weights[k * weightStride] * block.Row(k)[j];
+    sums[j] = sum;
   }
 }
 
 /// sums[k] = sum over j of block(k, j) * weights[j].
 template <class Element>
 void SumRows(Block<Element> block, const Element* weights, Element* sums) {
+  std::fill_n(sums, block.rows, Element{0});
+  if (block.width >= kLeastKernelWidth) {
+    return Kernels<Element>().addRowProducts(block.rows, block.width, block.first, block.stride,
+                                             weights, sums);
+  }
   for (int k = 0; k < block.rows; ++k) {
-    const Element* const row = block.Row(k);
-    Element sum = 0;
-    for (int j = 0; j < block.width; ++j) sum += row[j] * weights[j];
-    sums[k] = sum;
+    for (int j = 0; j < block.width; ++j) sums[k] += block.Row(k)[j] * weights[j];
   }
 }
 
@@ -57,6 +67,10 @@ void SumRows(Block<Element> block, const Element* weights, Element* sums) {
 template <class Element>
 void AddProducts(Block<Element> block, const Element* column, std::int64_t columnStride,
                  const Element* row) {
+  if (block.width >= kLeastKernelWidth) {
+    return Kernels<Element>().addOuterProduct(block.rows, block.width, block.first, block.stride,
+                                              column, columnStride, row);
+  }
   for (int k = 0; k < block.rows; ++k) {
     const Element factor = column[k * columnStride];
     Element* const target = block.Row(k);
@@ -64,37 +78,34 @@ void AddProducts(Block<Element> block, const Element* column, std::int64_t colum
   }
 }
 
-/// Changes the sign of column j.
+/// block(k, j) *= factors[j].
 template <class Element>
-void NegateColumn(Block<Element> block, int j) {
-  for (int k = 0; k < block.rows; ++k) block.Row(k)[j] = -block.Row(k)[j];
+void ScaleColumns(Block<Element> block, const Element* factors) {
+  for (int k = 0; k < block.rows; ++k) {
+    Element* const row = block.Row(k);
+    for (int j = 0; j < block.width; ++j) row[j] *= factors[j];
+  }
 }
 
 /// For every column j: with s the sum over k of weights[k] * summed(k, j), adds finish(s) *
-/// column[k] to updated(k, j).
+/// column[k] to updated(k, j). At most kSvdChunk columns.
 template <class Element, class Finish>
 void CombineColumns(Block<Element> summed, Block<Element> updated, const Element* weights,
                     std::int64_t weightStride, const Element* column, std::int64_t columnStride,
                     Finish finish) {
   Element sums[kSvdChunk];
-  for (int j = 0; j < updated.width; j += kSvdChunk) {
-    const int count = std::min(kSvdChunk, updated.width - j);
-    SumColumns(summed.Columns(j, count), weights, weightStride, sums);
-    std::transform(sums, sums + count, sums, finish);
-    AddProducts(updated.Columns(j, count), column, columnStride, sums);
-  }
+  SumColumns(summed, weights, weightStride, sums);
+  std::transform(sums, sums + summed.width, sums, finish);
+  AddProducts(updated, column, columnStride, sums);
 }
 
 /// For every row k: with s the sum over j of block(k, j) * weights[j], adds s * direction[j] to
-/// block(k, j).
+/// block(k, j). At most kSvdChunk rows.
 template <class Element>
 void CombineRows(Block<Element> block, const Element* weights, const Element* direction) {
   Element sums[kSvdChunk];
-  for (int k = 0; k < block.rows; k += kSvdChunk) {
-    const Block<Element> rows = block.Rows(k, std::min(kSvdChunk, block.rows - k));
-    SumRows(rows, weights, sums);
-    AddProducts<Element>(rows, sums, 1, direction);
-  }
+  SumRows(block, weights, sums);
+  AddProducts<Element>(block, sums, 1, direction);
 }
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 /// @file
 /// Order and signs of singular values and vectors.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <utility>
@@ -76,17 +77,14 @@ bool SortSingularValues(SvdProblem<Element>& p) {
 /// opposite signs.
 template <class Element>
 void NormalizeSigns(SvdProblem<Element>& p, Element mean) {
-  Element sums[kSvdChunk];
+  Element signs[kSvdChunk];
   const Element one = 1;
   for (int j = 0; j < p.n; j += kSvdChunk) {
     const int count = std::min(kSvdChunk, p.n - j);
-    SumColumns(p.V().Columns(j, count), &one, 0, sums);
-    for (int k = 0; k < count; ++k) {
-      if (sums[k] * mean < 0) {
-        NegateColumn(p.U(), j + k);
-        NegateColumn(p.V(), j + k);
-      }
-    }
+    SumColumns(p.V().Columns(j, count), &one, 0, signs);
+    for (int k = 0; k < count; ++k) signs[k] = signs[k] * mean < 0 ? -1 : 1;
+    ScaleColumns(p.U().Columns(j, count), signs);
+    ScaleColumns(p.V().Columns(j, count), signs);
   }
 }
 

@@ -5,28 +5,21 @@
 /// Plane rotations of columns, recorded and applied later.
 ///
 /// What the iteration on a bidiagonal matrix does to the singular vectors depends on the two
-/// diagonals alone. So it records its rotations, and they are applied in bulk, row by row: within a
-/// row one rotation follows the other as recorded, and no row depends on another one.
+/// diagonals alone. So it records its rotations, and they are applied in bulk: within a row one
+/// rotation follows the other as recorded, and no row depends on another one.
 
 #include <cstdint>
 
+#include "linalg/kernels.h"
 #include "linalg/svd_kernels.h"
+#include "linalg/svd_strips.h"
 
 namespace tarn {
-
-/// A rotation by the angle with this cosine and sine: a pair of elements (x, z) turns into
-/// (x*c + z*s, z*c - x*s).
-template <class Element>
-struct Rotation {
-  Element c;
-  Element s;
-};
 
 /// What a run of recorded operations does.
 enum class RotationKind {
   kChain,  ///< rotates columns (first, first + 1), (first + 1, first + 2), ...
   kFan,    ///< rotates columns (first, second), (first, second + step), ...
-  kNegate  ///< changes the sign of column `first`; has no rotations
 };
 
 struct RotationRun {
@@ -35,28 +28,40 @@ struct RotationRun {
   int second;  ///< for a fan; otherwise unused
   int step;    ///< for a fan: 1 or -1; otherwise unused
   int count;   ///< rotations of the run
+
+  int LeftColumn(int k) const { return kind == RotationKind::kChain ? first + k : first; }
+  int RightColumn(int k) const {
+    return kind == RotationKind::kChain ? first + k + 1 : second + k * step;
+  }
 };
 
-/// Applies a run to one row.
+/// Applies one rotation to `rows` pairs of elements next to each other.
 template <class Element>
-void RotateRow(Element* row, const RotationRun& run, const Rotation<Element>* rotations) {
-  if (run.kind == RotationKind::kNegate) row[run.first] = -row[run.first];
-  for (int k = 0; k < run.count; ++k) {
-    const bool isChain = run.kind == RotationKind::kChain;
-    Element& left = row[isChain ? run.first + k : run.first];
-    Element& right = row[isChain ? run.first + k + 1 : run.second + k * run.step];
-    const Element x = left;
-    const Element z = right;
-    left = x * rotations[k].c + z * rotations[k].s;
-    right = z * rotations[k].c - x * rotations[k].s;
+void RotatePairs(int rows, Element* left, Element* right, const Rotation<Element>& rotation) {
+  for (int i = 0; i < rows; ++i) {
+    const Element x = left[i];
+    const Element z = right[i];
+    left[i] = x * rotation.c + z * rotation.s;
+    right[i] = z * rotation.c - x * rotation.s;
   }
 }
 
-/// Rotations waiting to be applied to the columns of a block.
+/// Applies a run to `rows` rows whose columns lie `stride` elements apart.
+template <class Element>
+void ApplyRun(int rows, Element* columns, std::int64_t stride, const RotationRun& run,
+              const Rotation<Element>* rotations) {
+  for (int k = 0; k < run.count; ++k) {
+    RotatePairs(rows, columns + run.LeftColumn(k) * stride, columns + run.RightColumn(k) * stride,
+                rotations[k]);
+  }
+}
+
+/// Rotations waiting to be applied to the columns of a block, which is in strips meanwhile.
 template <class Element>
 class RotationLog {
  public:
-  explicit RotationLog(Block<Element> target) : target_(target) {}
+  /// `buffer` as for RowStrips; without it rows are rotated where they are.
+  RotationLog(Block<Element> target, Element* buffer) : strips_(target, buffer) { strips_.Pack(); }
   RotationLog(const RotationLog&) = delete;
   RotationLog& operator=(const RotationLog&) = delete;
 
@@ -64,7 +69,6 @@ class RotationLog {
   void BeginFan(int first, int second, int step) {
     Begin({RotationKind::kFan, first, second, step, 0});
   }
-  void Negate(int column) { Begin({RotationKind::kNegate, column, 0, 0, 0}); }
 
   /// Adds a rotation to the run begun last.
   void Add(Element c, Element s) {
@@ -73,17 +77,10 @@ class RotationLog {
     ++runs_[runCount_ - 1].count;
   }
 
-  /// Applies everything recorded so far.
-  void Apply() {
-    for (int i = 0; i < target_.rows; ++i) {
-      const Rotation<Element>* rotations = rotations_;
-      for (int k = 0; k < runCount_; ++k) {
-        RotateRow(target_.Row(i), runs_[k], rotations);
-        rotations += runs_[k].count;
-      }
-    }
-    runCount_ = 0;
-    rotationCount_ = 0;
+  /// Applies what is left and puts the rows back into their places.
+  void Finish() {
+    Apply();
+    strips_.Unpack();
   }
 
  private:
@@ -108,7 +105,51 @@ class RotationLog {
     Begin(rest);
   }
 
-  Block<Element> target_;
+  void Apply() {
+    if (strips_.HasStrips()) {
+      strips_.ForEachStrip([this](int rows, Element* strip) { ApplyToStrip(rows, strip); });
+    } else {
+      for (int i = 0; i < strips_.Rows().rows; ++i) ApplyToRow(strips_.Rows().Row(i));
+    }
+    runCount_ = 0;
+    rotationCount_ = 0;
+  }
+
+  void ApplyToRow(Element* row) {
+    const Rotation<Element>* rotations = rotations_;
+    for (int k = 0; k < runCount_; ++k) {
+      ApplyRun(1, row, 1, runs_[k], rotations);
+      rotations += runs_[k].count;
+    }
+  }
+
+  void ApplyToStrip(int rows, Element* strip) {
+    constexpr std::int64_t kStride = kStripRows<Element>;
+    const Rotation<Element>* rotations = rotations_;
+    for (int k = 0; k < runCount_; ++k) {
+      const RotationRun& run = runs_[k];
+      Element* const columns = strip + run.first * kStride;
+      if (run.kind == RotationKind::kFan) {
+        ApplyRun(rows, strip, kStride, run, rotations);
+      } else if (k + 1 < runCount_ && CanFollow(run, runs_[k + 1])) {
+        const RotationRun& next = runs_[++k];
+        Kernels<Element>().rotateTwoChains(rows, columns, run.count, rotations, next.count,
+                                           rotations + run.count);
+        rotations += run.count;
+      } else {
+        Kernels<Element>().rotateChain(rows, columns, run.count, rotations);
+      }
+      rotations += runs_[k].count;
+    }
+  }
+
+  /// Whether two runs make a pair of chains that are applied in one pass.
+  static bool CanFollow(const RotationRun& run, const RotationRun& next) {
+    return next.kind == RotationKind::kChain && run.count > 0 && next.first == run.first &&
+           next.count <= run.count;
+  }
+
+  RowStrips<Element> strips_;
   int runCount_ = 0;
   int rotationCount_ = 0;
   RotationRun runs_[kRuns];

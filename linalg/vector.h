@@ -73,7 +73,8 @@ class T_MatVector {
   /// dimension stays as it is. Nothing changes when the storage is refused.
   void SetDim(int n);
   /// Makes the vector wrap the `n` elements at `p` after copying as many of its present elements
-  /// there as fit. Given the vector's own storage it is `SetDim(n)`.
+  /// there as fit. Given (a part of) the vector's own storage, which would not outlive the call, it
+  /// is `SetDim(n)`.
   void SetDim(int n, Element* p);
   /// Stores `value` in every element; a zero of either sign stores +0.
   void Set(Element value);
@@ -117,11 +118,11 @@ class T_MatVector {
   int Sub(T_MatVector& r, const T_MatVector& b) const;
   /// r[i] = x[i] - k*b[i], checked the same way.
   int Sub(T_MatVector& r, const T_MatVector& b, Element k) const;
-  /// The same four over arrays of this dimension.
-  void Add(Element* r, const Element* b) const;
-  void Add(Element* r, const Element* b, Element k) const;
-  void Sub(Element* r, const Element* b) const;
-  void Sub(Element* r, const Element* b, Element k) const;
+  // The same four over arrays of this dimension.
+  void Add(Element* r, const Element* b) const;             ///< r[i] = x[i] + b[i]
+  void Add(Element* r, const Element* b, Element k) const;  ///< r[i] = x[i] + k*b[i]
+  void Sub(Element* r, const Element* b) const;             ///< r[i] = x[i] - b[i]
+  void Sub(Element* r, const Element* b, Element k) const;  ///< r[i] = x[i] - k*b[i]
   /// Becomes (wa*a[i] + wb*b[i])/(wa + wb); nothing when the dimensions of a and b differ. Weights
   /// that add up to 0 are not caught.
   T_MatVector& WeightedSum(const T_MatVector& a, Element wa, const T_MatVector& b, Element wb);
@@ -176,8 +177,8 @@ class T_MatVector {
  protected:
   static Element Dump;  ///< Part of the exported interface; the module itself does not use it.
 
-  std::int32_t dim;
-  Element* data;
+  std::int32_t dim;        ///< number of elements
+  Element* data;           ///< the elements; null: none
   std::int32_t owns_data;  ///< 1: `data` was allocated here and is freed here; 0: it is wrapped
 
  private:
@@ -197,7 +198,10 @@ class T_MatVectorCol : public T_MatVector<Element> {
  public:
   using typename T_MatVector<Element>::OtherElement;
 
-  // The constructors and assignments of T_MatVector.
+  /// @name As in T_MatVector: constructors and assignments
+  /// @{
+
+  /// As the one of T_MatVector.
   T_MatVectorCol();
   explicit T_MatVectorCol(int n);
   T_MatVectorCol(const T_MatVectorCol& other);
@@ -210,13 +214,18 @@ class T_MatVectorCol : public T_MatVector<Element> {
   T_MatVectorCol& operator=(const T_MatVectorCol& other);
   T_MatVectorCol& operator=(const T_MatVector<Element>& other);
   T_MatVectorCol& operator=(Variable& v);
+  /// @}
 
-  // The in-place operators of T_MatVector.
+  /// @name As in T_MatVector: operators in place
+  /// @{
+
+  /// As the one of T_MatVector.
   T_MatVectorCol& operator*=(Element s);
   T_MatVectorCol& operator+=(Element s);
   T_MatVectorCol& operator-=(Element s);
   T_MatVectorCol& operator+=(const T_MatVector<Element>& b);
   T_MatVectorCol& operator-=(const T_MatVector<Element>& b);
+  /// @}
 
   T_MatVectorCol* operator*(Element s) const;  ///< new: x[i]*s
   T_MatVectorCol* operator+(Element s) const;  ///< new: x[i] + s
@@ -247,7 +256,10 @@ class T_MatVectorRow : public T_MatVector<Element> {
  public:
   using typename T_MatVector<Element>::OtherElement;
 
-  // The constructors and assignments of T_MatVector.
+  /// @name As in T_MatVector: constructors and assignments
+  /// @{
+
+  /// As the one of T_MatVector.
   T_MatVectorRow();
   explicit T_MatVectorRow(int n);
   T_MatVectorRow(const T_MatVectorRow& other);
@@ -260,6 +272,7 @@ class T_MatVectorRow : public T_MatVector<Element> {
   T_MatVectorRow& operator=(const T_MatVectorRow& other);
   T_MatVectorRow& operator=(const T_MatVector<Element>& other);
   T_MatVectorRow& operator=(Variable& v);
+  /// @}
 
   /// Dot product; 0 when the dimensions differ.
   Element operator*(const T_MatVectorCol<Element>& c) const;

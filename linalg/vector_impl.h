@@ -113,7 +113,7 @@ void T_MatVector<Element>::SetDim(int n) {
 
 template <class Element>
 void T_MatVector<Element>::SetDim(int n, Element* p) {
-  if (owns_data != 0 && p != nullptr && p == data) return SetDim(n);
+  if (owns_data != 0 && tarn::PointsInto(data, dim, p)) return SetDim(n);
   const int count = p != nullptr ? std::max(n, 0) : 0;
   tarn::CopyElements(p, data, std::min(count, dim));
   FreeOwned();

@@ -20,6 +20,7 @@ class TARN_API MatVectorColSet {
   /// The rows of a host array of arrays: at least one vector, each of the length of the first row
   /// but at least 1. What a shorter row or a value without an array leaves open is 0.
   explicit MatVectorColSet(Variable& v);
+  /// Copies vector by vector.
   MatVectorColSet(const MatVectorColSet& other);
   ~MatVectorColSet();
 
@@ -31,8 +32,8 @@ class TARN_API MatVectorColSet {
   int Len() const { return count; }  ///< Number of vectors.
 
  protected:
-  T_MatVectorCol<double>* items;
-  std::int32_t count;
+  T_MatVectorCol<double>* items;  ///< the vectors; null: none
+  std::int32_t count;             ///< their number
 
  private:
   void CopyVectors(const MatVectorColSet& other);

@@ -224,7 +224,8 @@ void T_MatVectorRow<Element>::RightMultiply(T_MatVectorRow& out, const T_Matrix<
       stride > 0 && count >= this->dim ? std::min(stride, (count - this->dim) / stride + 1) : 0;
   tarn::MultiplyRows<Element>(whole, this->dim, elements, stride, this->data, out.data);
   for (std::int64_t i = whole; i < out.dim; ++i) {
-    out.data[i] = tarn::DotProduct(count - i * stride, elements + i * stride, this->data);
+    const std::int64_t first = std::min(i * stride, count);
+    out.data[i] = tarn::DotProduct(count - first, elements + first, this->data);
   }
 }
 

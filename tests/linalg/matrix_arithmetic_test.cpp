@@ -116,9 +116,9 @@ TYPED_TEST(MatrixArithmetic, FirstMaximumInRowOrderWins) {
 TYPED_TEST(MatrixArithmetic, FirstMinimumInRowOrderWins) {
   int col = 7;
   int row = 7;
-  Mat<TypeParam>(3, 2, {1, 5, 0, 0, -2, 3}).MinItemIndex(col, row);
-  EXPECT_EQ(col, 0);
-  EXPECT_EQ(row, 2);
+  Mat<TypeParam>(3, 2, {1, 5, 0, -2, -2, 3}).MinItemIndex(col, row);
+  EXPECT_EQ(col, 1);
+  EXPECT_EQ(row, 1);
 }
 
 TYPED_TEST(MatrixArithmetic, PositionsOfExtremesAmongManyElements) {
@@ -126,6 +126,7 @@ TYPED_TEST(MatrixArithmetic, PositionsOfExtremesAmongManyElements) {
   m(4, 5) = 3;
   m(6, 2) = 3;
   m(7, 1) = -2;
+  m(8, 0) = -2;
   int col = 0;
   int row = 0;
   m.MaxItemIndex(col, row);

@@ -1,45 +1,16 @@
 // Matrices when memory runs out, request by request.
 
-#include "linalg/array_new_failure.h"
 #include "linalg/linalg_support.h"
+#include "linalg/refuse_each_request.h"
 
 namespace {
 
 template <class T>
 class MatrixMemory : public ElementTest<T> {
  protected:
-  /// Runs `work` with each of its requests to array new and to the host heap refused in turn, and
-  /// with all of them refused. Afterwards no block may be left over.
   template <class Work>
   void RefuseEachRequest(Work work) {
-    // The first round also makes what the host and the C++ library keep from then on.
-    RunRefused(work);
-    const std::int64_t newBlocks = LiveNewBlocks();
-    const std::int64_t heapBlocks = EmbeddedHost::LiveBlockCount();
-    RunRefused(work);
-    EXPECT_EQ(LiveNewBlocks(), newBlocks);
-    EXPECT_EQ(EmbeddedHost::LiveBlockCount(), heapBlocks);
-  }
-
-  template <class Work>
-  void RunRefused(Work work) {
-    this->host.SetHeapFailure({});
-    std::int64_t newRequests = 0;
-    {
-      const NewFailure watch([](std::int64_t) { return false; });
-      work(false);
-      newRequests = watch.Requests();
-    }
-    const std::int64_t heapRequests = this->host.HeapRequestCount();
-    for (std::int64_t k = 0; k <= newRequests; ++k) {
-      const NewFailure failure([=](std::int64_t request) { return k == 0 || request == k; });
-      work(true);
-    }
-    for (std::int64_t k = 0; k <= heapRequests; ++k) {
-      this->host.SetHeapFailure([=](std::int64_t request) { return k == 0 || request == k; });
-      work(true);
-      this->host.SetHeapFailure({});
-    }
+    ::RefuseEachRequest(this->host, work);
   }
 
   /// Element (1, 1) of a matrix that has it, 0 of one whose storage was refused.

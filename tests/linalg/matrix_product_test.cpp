@@ -140,9 +140,45 @@ TYPED_TEST(MatrixProduct, WithoutStorageLeavesZerosOrNothing) {
   const TypeParam factors[3] = {1, 1, 1};
   none.RightMultiply(raw, factors);
   EXPECT_EQ(raw[0], 7);
-  T_Matrix<TypeParam> target = A<TypeParam>();
-  target *= none;
-  EXPECT_EQ(target(0, 0), 1);
+  T_MatVectorCol<TypeParam> out = Col<TypeParam>({7, 8});
+  none.Mul(out, Col<TypeParam>({1, 1, 1}));
+  none.RightMultiply(out, Col<TypeParam>({1, 1, 1}));
+  EXPECT_EQ(Contents(out), (Doubles{7, 8}));
+  const Owned<T_Matrix<TypeParam>> made(B<TypeParam>() * none);
+  EXPECT_EQ(Contents(*made), Doubles(9, 0.0));
+}
+
+TYPED_TEST(MatrixProduct, WithAnOperandWithoutStorageLeavesTheTarget) {
+  T_Matrix<TypeParam> none(2, 2);
+  none.Reset();
+  const T_Matrix<TypeParam> square = Mat<TypeParam>(2, 2, {1, 2, 3, 4});
+  T_Matrix<TypeParam> target = square;
+  EXPECT_EQ(&(target *= none), &target);
+  EXPECT_EQ(square.Mul(none, target), 0);
+  EXPECT_EQ(none.Mul(square, target), 0);
+  EXPECT_EQ(square.MulT(none, target), 0);
+  EXPECT_EQ(none.MulT(square, target), 0);
+  EXPECT_EQ(Contents(target), Contents(square));
+}
+
+TYPED_TEST(MatrixProduct, OfNoElementsNeedsNoStorage) {
+  for (int n : {2, 9}) {
+    T_Matrix<TypeParam> tall(n, 0);
+    T_Matrix<TypeParam> wide(0, n);
+    tall.Reset();
+    wide.Reset();
+    T_Matrix<TypeParam> c(n);
+    c.Set(7);
+    EXPECT_EQ(tall.Mul(wide, c), 1);
+    EXPECT_EQ(c.GetPower(), 0);
+    c.Set(7);
+    EXPECT_EQ(tall.MulT(tall, c), 1);
+    EXPECT_EQ(c.GetPower(), 0);
+    T_MatVectorCol<TypeParam> out(n);
+    out.Set(7);
+    tall.Mul(out, T_MatVectorCol<TypeParam>());
+    EXPECT_EQ(Contents(out), Doubles(static_cast<std::size_t>(n), 0.0));
+  }
 }
 
 TYPED_TEST(MatrixProduct, SumsStartFromPositiveZero) {

@@ -237,6 +237,9 @@ TYPED_TEST(MatrixStorage, SetDimWithItsOwnStorageStaysAnOwner) {
   m.SetDim(3, 2, m[0], false);
   EXPECT_EQ(MatrixFields<TypeParam>::OwnsData(m), 1);
   EXPECT_EQ(Contents(m), (Doubles(kOneToSix)));
+  m.SetDim(1, 2, m[1], false);
+  EXPECT_EQ(MatrixFields<TypeParam>::OwnsData(m), 1);
+  EXPECT_EQ(Contents(m), (Doubles{0, 0}));
 }
 
 TYPED_TEST(MatrixStorage, ResetKeepsTheShapeAndFreesWhatIsOwned) {

@@ -64,6 +64,16 @@ class SolveBitsTest : public KernelSetTest {
       ASSERT_NO_FATAL_FAILURE(CompareFactors(MakePositive<T>(n, static_cast<unsigned>(n))));
     }
   }
+
+  template <class T>
+  void CompareLargest(Kind kind) {
+    SCOPED_TRACE(Name(kind));
+    const Dense<T> a = MakeMatrix<T>(500, 500, kind, 3);
+    CompareSolutions(a, MakeVector<T>(500, kind, 4));
+    CompareDeterminants(a);
+    CompareInverses(MakeDominant<T>(500, kind, 3));
+    CompareFactors(kind == Kind::kRandom ? MakePositive<T>(500, 5) : MakeDominant<T>(500, kind, 3));
+  }
 };
 
 TEST_P(SolveBitsTest, Double) { CompareAll<double>(); }
@@ -71,10 +81,9 @@ TEST_P(SolveBitsTest, Float) { CompareAll<float>(); }
 
 // An order at which every level of blocking is in use.
 TEST_P(SolveBitsTest, Order500) {
-  const Dense<double> a = MakeMatrix<double>(500, 500, Kind::kRandom, 3);
-  CompareSolutions(a, MakeVector<double>(500, Kind::kRandom, 4));
-  CompareInverses(a);
-  CompareFactors(MakePositive<double>(500, 5));
+  CompareLargest<double>(Kind::kRandom);
+  CompareLargest<float>(Kind::kTied);
+  CompareLargest<double>(Kind::kNonFinite);
 }
 
 // A row exchange moves the elements to the left of the pivot as well.

@@ -1,8 +1,10 @@
 // Refused memory: every request of every member is refused in turn, host heap and array new.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <new>
 
 #include "linalg/solve_support.h"
@@ -60,6 +62,12 @@ enum class Outcome { kDone, kFailed };
 /// The elements of a new vector w are asked for a second time when they were refused.
 constexpr int kRetried = 1;
 
+/// From 100 columns on the decomposition asks for buffers that it can do without.
+constexpr int Buffers(int columns) { return columns < 100 ? 0 : 1; }
+
+/// From order 100 on elimination by blocks asks for a panel, and does without one if need be.
+constexpr int Panels(int order) { return order < 100 ? 0 : 1; }
+
 /// A call to be tried under refusals: prepares nothing, keeps nothing, tells how it ended.
 using Call = std::function<Outcome()>;
 
@@ -76,6 +84,11 @@ Outcome DeleteArray(T* result) {
 }
 
 Outcome OfStatus(int status) { return status != 0 ? Outcome::kDone : Outcome::kFailed; }
+
+template <class T>
+std::vector<T> Elements(T_Matrix<T>& m) {
+  return std::vector<T>(&m.Item(0), &m.Item(std::int64_t{m.X()} * m.Y()));
+}
 
 template <class T>
 class SolveMemoryTest : public SolverTest<T> {
@@ -133,21 +146,35 @@ TYPED_TEST_SUITE(SolveMemoryTest, ElementTypes);
 TYPED_TEST(SolveMemoryTest, SolveSystem) {
   using T = TypeParam;
   for (int n : {5, 9, 40, 130}) {
-    const T_Matrix<T> a = ToMatrix(MakeDominant<T>(n, Kind::kRandom, 1));
+    const T_Matrix<T> a = ToMatrix(MakeMatrix<T>(n, n, Kind::kRandom, 1));
     const std::vector<T> b = MakeVector<T>(n, Kind::kRandom, 2);
-    std::vector<T> x(b);
-    this->RefuseEachRequest([&] { return OfStatus(a.SolveSystem(b.data(), x.data())); });
-    this->RefuseEachRequest([&] { return DeleteArray(a.SolveSystem(b.data())); });
+    std::vector<T> x(b), expected(b);
+    ASSERT_EQ(a.SolveSystem(b.data(), expected.data()), 1);
+    const Call call = [&] {
+      const int status = a.SolveSystem(b.data(), x.data());
+      EXPECT_EQ(x, status != 0 ? expected : std::vector<T>(b.size()));
+      return OfStatus(status);
+    };
+    this->RefuseEachRequest(call, 0, Panels(n));
+    this->RefuseEachRequest([&] { return DeleteArray(a.SolveSystem(b.data())); }, 0, Panels(n));
   }
 }
 
 TYPED_TEST(SolveMemoryTest, Determinants) {
   using T = TypeParam;
   for (int n : {5, 9, 40, 130}) {
-    const T_Matrix<T> a = ToMatrix(MakeDominant<T>(n, Kind::kRandom, 1));
-    this->RefuseEachRequest([&] { return a.Det() != 0 ? Outcome::kDone : Outcome::kFailed; });
-    this->RefuseEachRequest([&] { return a.LogAbsDet() != 0 ? Outcome::kDone : Outcome::kFailed; });
-    this->RefuseEachRequest([&] { return a.LnDet() != 0 ? Outcome::kDone : Outcome::kFailed; });
+    // Scaled to keep the determinant within the range of float.
+    const T_Matrix<T> a = *std::unique_ptr<T_Matrix<T>>(
+        ToMatrix(MakeMatrix<T>(n, n, Kind::kRandom, 1)) * static_cast<T>(std::sqrt(8.0 / n)));
+    const T determinant = a.Det(), logarithm = a.LogAbsDet();
+    const auto isOneOf = [](T value, T expected) {
+      EXPECT_TRUE(value == expected || value == 0) << value;
+      return value != 0 ? Outcome::kDone : Outcome::kFailed;
+    };
+    this->RefuseEachRequest([&] { return isOneOf(a.Det(), determinant); }, 0, Panels(n));
+    this->RefuseEachRequest([&] { return isOneOf(a.LogAbsDet(), logarithm); }, 0, Panels(n));
+    this->RefuseEachRequest([&] { return a.LnDet() != 0 ? Outcome::kDone : Outcome::kFailed; },
+                            Buffers(n));
   }
 }
 
@@ -155,21 +182,36 @@ TYPED_TEST(SolveMemoryTest, Inverse) {
   using T = TypeParam;
   for (int n : {2, 5, 9, 40, 130}) {
     const T_Matrix<T> a = ToMatrix(MakeDominant<T>(n, Kind::kRandom, 1));
-    T_Matrix<T> result(n);
-    this->RefuseEachRequest([&] {
+    T_Matrix<T> result(n), expected(n), zeros(n);
+    a.Inverse(expected);
+    const Call call = [&] {
       result.Set(0);
       a.Inverse(result);
-      return result(0, 0) != 0 ? Outcome::kDone : Outcome::kFailed;
-    });
-    this->RefuseEachRequest([&] { return Delete(a.Inverse()); });
+      const bool isDone = result(0, 0) != 0;
+      EXPECT_EQ(Elements(result), Elements(isDone ? expected : zeros));
+      return isDone ? Outcome::kDone : Outcome::kFailed;
+    };
+    this->RefuseEachRequest(call, 0, Panels(n));
+    this->RefuseEachRequest([&] { return Delete(a.Inverse()); }, 0, Panels(n));
   }
 }
 
+// Above order 20 rows are packed; the factor can do without.
 TYPED_TEST(SolveMemoryTest, CholeskyDecompse) {
   using T = TypeParam;
   for (int n : {2, 9, 40, 130}) {
-    const T_Matrix<T> a = ToMatrix(MakePositive<T>(n, 1));
-    this->RefuseEachRequest([&] { return Delete(a.CholeskyDecompse()); });
+    const Dense<T> a = MakePositive<T>(n, 1);
+    const std::unique_ptr<T_Matrix<T>> expected(ToMatrix(a).CholeskyDecompse());
+    ASSERT_NE(expected, nullptr);
+    const T_Matrix<T> matrix = ToMatrix(a);
+    const Call call = [&] {
+      T_Matrix<T>* const factor = matrix.CholeskyDecompse();
+      if (factor != nullptr) {
+        EXPECT_EQ(Elements(*factor), Elements(*expected));
+      }
+      return Delete(factor);
+    };
+    this->RefuseEachRequest(call, 0, n > 20 ? 1 : 0);
   }
 }
 
@@ -178,14 +220,16 @@ TYPED_TEST(SolveMemoryTest, Decomposition) {
   for (const auto& [m, n] : {std::pair{5, 4}, {130, 110}, {110, 130}}) {
     const Dense<T> a = MakeMatrix<T>(m, n, Kind::kRandom, 1);
     T_Matrix<T> u(m, n);
-    this->RefuseEachRequest([&, m = m, n = n] {
-      std::copy(a.elements.begin(), a.elements.end(), &u.Item(0));
-      T_MatVectorCol<T> w;
-      T_Matrix<T> v;
-      return OfStatus(u.SVD(w, v));
-    });
     this->RefuseEachRequest(
-        [&, m = m, n = n] {
+        [&] {
+          std::copy(a.elements.begin(), a.elements.end(), &u.Item(0));
+          T_MatVectorCol<T> w;
+          T_Matrix<T> v;
+          return OfStatus(u.SVD(w, v));
+        },
+        Buffers(n));
+    this->RefuseEachRequest(
+        [&] {
           std::copy(a.elements.begin(), a.elements.end(), &u.Item(0));
           T_MatVectorCol<T>* w = nullptr;
           T_Matrix<T>* v = nullptr;
@@ -194,7 +238,24 @@ TYPED_TEST(SolveMemoryTest, Decomposition) {
           delete v;
           return outcome;
         },
-        0, kRetried);
+        Buffers(n), kRetried);
+  }
+}
+
+TYPED_TEST(SolveMemoryTest, DecompositionWithoutBuffersHasTheSameBits) {
+  using T = TypeParam;
+  for (const auto& [m, n] : {std::pair{100, 100}, {131, 101}, {101, 131}}) {
+    const Dense<T> a = MakeMatrix<T>(m, n, Kind::kRandom, 1);
+    T_Matrix<T> expectedU = ToMatrix(a), expectedV(n), u = ToMatrix(a), v(n);
+    T_MatVectorCol<T> expectedW(n), w(n);
+    ASSERT_EQ(expectedU.SVD(expectedW, expectedV), 1);
+    this->host.SetHeapFailure([](std::int64_t request) { return request == 2; });
+    EXPECT_EQ(u.SVD(w, v), 1);
+    this->host.SetHeapFailure({});
+    const auto count = [](int rows, int cols) { return static_cast<std::size_t>(rows * cols); };
+    EXPECT_TRUE(SameElements<T>(w, expectedW, count(n, 1)));
+    EXPECT_TRUE(SameElements(&u.Item(0), &expectedU.Item(0), count(m, n)));
+    EXPECT_TRUE(SameElements(&v.Item(0), &expectedV.Item(0), count(n, n)));
   }
 }
 
@@ -205,19 +266,21 @@ TYPED_TEST(SolveMemoryTest, SortOfManyValues) {
   Dense<T> a(320, 320);
   for (int i = 0; i < 320; ++i) a[i][i] = static_cast<T>(1 + (i * 37) % 320);
   T_Matrix<T> u(320);
-  this->RefuseEachRequest([&] {
-    std::copy(a.elements.begin(), a.elements.end(), &u.Item(0));
-    T_MatVectorCol<T> w;
-    T_Matrix<T> v;
-    return OfStatus(u.SVD(w, v));
-  });
+  this->RefuseEachRequest(
+      [&] {
+        std::copy(a.elements.begin(), a.elements.end(), &u.Item(0));
+        T_MatVectorCol<T> w;
+        T_Matrix<T> v;
+        return OfStatus(u.SVD(w, v));
+      },
+      Buffers(320));
 }
 
 TYPED_TEST(SolveMemoryTest, PseudoInverse) {
   using T = TypeParam;
   for (const auto& [m, n] : {std::pair{5, 4}, {130, 110}}) {
     const T_Matrix<T> a = ToMatrix(MakeMatrix<T>(m, n, Kind::kRandom, 1));
-    this->RefuseEachRequest([&] { return Delete(a.PseudoInverse()); });
+    this->RefuseEachRequest([&] { return Delete(a.PseudoInverse()); }, Buffers(n));
   }
 }
 
@@ -227,8 +290,9 @@ TYPED_TEST(SolveMemoryTest, SolveSystemBySVD) {
     const T_Matrix<T> a = ToMatrix(MakeMatrix<T>(n, n, Kind::kRandom, 1));
     const std::vector<T> b = MakeVector<T>(n, Kind::kRandom, 2);
     std::vector<T> x(b);
-    this->RefuseEachRequest([&] { return OfStatus(a.SolveSystemBySVD(b.data(), x.data())); });
-    this->RefuseEachRequest([&] { return DeleteArray(a.SolveSystemBySVD(b.data())); });
+    this->RefuseEachRequest([&] { return OfStatus(a.SolveSystemBySVD(b.data(), x.data())); },
+                            Buffers(n));
+    this->RefuseEachRequest([&] { return DeleteArray(a.SolveSystemBySVD(b.data())); }, Buffers(n));
   }
 }
 
@@ -251,7 +315,7 @@ TYPED_TEST(SolveMemoryTest, RegularizedSolution) {
             }
             return OfStatus(status);
           },
-          m != n && lambda == 0 ? 1 : 0);
+          Buffers(n) + (m != n && lambda == 0 ? 1 : 0));
     }
   }
 }
@@ -272,7 +336,7 @@ TYPED_TEST(SolveMemoryTest, RegularizedSolutionInPlace) {
         delete w;
         return OfStatus(status);
       },
-      0, kRetried);
+      Buffers(110), kRetried);
 }
 
 // A matrix whose storage was refused before has a shape but no elements.

@@ -297,6 +297,22 @@ TYPED_TEST(VectorStorage, SetDimWithItsOwnStorageStaysAnOwner) {
   EXPECT_EQ(Contents(v), (Doubles{1, 2}));
 }
 
+TYPED_TEST(VectorStorage, SetDimWithAPartOfItsOwnStorageStaysAnOwner) {
+  T_MatVector<TypeParam> v = Col<TypeParam>({1, 2, 3});
+  v.SetDim(2, VectorFields<TypeParam>::Data(v) + 1);
+  EXPECT_EQ(VectorFields<TypeParam>::OwnsData(v), 1);
+  EXPECT_EQ(Contents(v), (Doubles{1, 2}));
+}
+
+TYPED_TEST(VectorStorage, SetDimOfAWrapperWithAPartOfItsArrayCopiesThereAndWraps) {
+  TypeParam numbers[4] = {1, 2, 3, 4};
+  T_MatVector<TypeParam> v(numbers, 3, 1);
+  v.SetDim(2, numbers + 1);
+  EXPECT_EQ(VectorFields<TypeParam>::Data(v), numbers + 1);
+  EXPECT_EQ(VectorFields<TypeParam>::OwnsData(v), 0);
+  EXPECT_EQ(Contents(v), (Doubles{1, 2}));
+}
+
 TYPED_TEST(VectorStorage, SetDimWithNullIsEmpty) {
   T_MatVector<TypeParam> v = Col<TypeParam>({1, 2, 3});
   v.SetDim(3, nullptr);
