@@ -67,15 +67,11 @@ double BiSection_Double::Halve(double a, double b, double fb) {
   TraceResult(middle, fm);
   while (std::fabs(b - a) / width > accuracy_) {
     if (std::isnan(fm)) return End(tarn::StopReason::kNotANumber, middle);
-    if (fm * fb > 0) {
-      b = middle;
-      fb = fm;
-    } else {
-      a = middle;
-    }
-    const double previous = middle;
+    double& end = fm * fb > 0 ? b : a;
+    if (end == middle) return End(tarn::StopReason::kNothingToShrink, middle);
+    if (&end == &b) fb = fm;
+    end = middle;
     middle = (a + b) * 0.5;
-    if (middle == previous) return End(tarn::StopReason::kNothingToShrink, middle);
     ++iterationCount_;
     fm = Func(middle);
     if (fm == 0) return End(tarn::StopReason::kConvergedValue, middle);

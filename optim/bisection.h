@@ -31,10 +31,10 @@ class TARN_API BiSection_Double : public TarnAss {
  public:
   /// `function` is copied, as are the ends `boundaries[0]` and `boundaries[1]`.
   BiSection_Double(Variable& function, double* boundaries, double accuracy);
-  BiSection_Double(const BiSection_Double& other);
-  BiSection_Double(BiSection_Double&& other) noexcept;
-  BiSection_Double& operator=(const BiSection_Double& other);
-  BiSection_Double& operator=(BiSection_Double&& other) noexcept;
+  BiSection_Double(const BiSection_Double& other);                 ///< Copies every field.
+  BiSection_Double(BiSection_Double&& other) noexcept;             ///< Copies every field.
+  BiSection_Double& operator=(const BiSection_Double& other);      ///< Copies every field.
+  BiSection_Double& operator=(BiSection_Double&& other) noexcept;  ///< Copies every field.
   ~BiSection_Double() override;
 
   /// Runs the search: b is evaluated first, then a, then midpoints. Returns the answer.

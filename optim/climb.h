@@ -78,7 +78,8 @@ class TARN_API T_Climb : public TarnAss {
 
   /// `function` is copied, as are the 2n bounds lo_0, hi_0, lo_1, hi_1, ... and the n start values.
   /// A start outside the box is moved onto its face. n below 0 counts as 0; so does an n for which
-  /// storage is refused.
+  /// storage is refused, here or in a copy: solves of such an object end at once, call nothing and
+  /// report `kMemoryExhausted`.
   T_Climb(Variable& function, int n, T* boundaries, T* start, T accuracy);
   T_Climb(const T_Climb& other);             ///< A deep copy.
   T_Climb& operator=(const T_Climb& other);  ///< A deep copy.
@@ -98,7 +99,7 @@ class TARN_API T_Climb : public TarnAss {
   void SetMaxItterationNumber(int limit);
   /// 0 (at first): forward differences; anything else: central differences.
   void SetSymmetricDerivative(int symmetric);
-  int GetSymmetricDerivative() const;
+  int GetSymmetricDerivative() const;  ///< What `SetSymmetricDerivative` set.
   /// 0: every accepted point is traced to the host's text output; anything else (at first):
   /// silence.
   void SetSilent(int silent);
@@ -152,7 +153,7 @@ class TARN_API T_Climb : public TarnAss {
 
   // Results -------------------------------------------------------------------------------------
 
-  int GetDimension() const;
+  int GetDimension() const;  ///< Number of variables.
   /// The best point in real coordinates. This and `ScaleResult` return the object's one buffer,
   /// which the next call of either overwrites.
   T_MatVectorCol<T>& GetResult();
@@ -193,7 +194,7 @@ class TARN_API T_Climb : public TarnAss {
   /// The objective at x (real coordinates).
   T Func(T_MatVector<T>& x);
   /// Derivative with respect to scaled variable i at the scaled point s. Forward differences leave
-  /// s_i at the far point.
+  /// s_i at the far point. 0 for an i that is no variable.
   T GetDerivative(T_MatVectorCol<T>& s, int i);
   /// Gradient with respect to the scaled variables at the scaled point s. Components that point out
   /// of the box are 0 within `accuracy` of its faces. Forward differences expect s to be the best
@@ -201,7 +202,7 @@ class TARN_API T_Climb : public TarnAss {
   /// their far points and measure each step from the best point.
   void GetGradient(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s);
   /// Range of t for which s + t*d stays in the unit cube, no wider than its diagonal; 0, 0 when d
-  /// moves no free variable.
+  /// moves no free variable, or s or d is not of dimension N.
   void GetOrtBoundaries(T_MatVector<T>& s, T_MatVector<T>& d, T& tmin, T& tmax);
   /// Minimises along d from the best point, whose value is f0; moves the best point there and
   /// returns its value. The first step has the length of d when `useLength` is non-zero, else it is
@@ -235,10 +236,10 @@ class TARN_API T_Climb : public TarnAss {
   T ScaledStart(int i) const;
   T LowerBound(int i) const { return boundaries_[2 * i]; }
 
-  bool ReservePool(int count);
-
   // Evaluation (climb_evaluate_impl.h)
-  void ToScaled(T_MatVectorCol<T>& s, const T* x) const;
+  bool RecordMemory(bool granted);
+  bool ReservePool(int count);
+  bool ToScaled(T_MatVectorCol<T>& s, const T* x) const;
   T FuncAtScaled(T_MatVectorCol<T>& s);
   void _DoParallelCalculation(T* values, T_MatVectorCol<T>* points, int count);
   T CalculateDerivative(Variable& derivFunc, T_MatVector<T>& x, int i);
@@ -251,7 +252,7 @@ class TARN_API T_Climb : public TarnAss {
   T DifferenceStep(int i) const;
   T _GetDerivative_Parallel(T_MatVectorCol<T>& s, int i);
   T _GetDerivative_Parallel_Forward(T_MatVectorCol<T>& s, int i);
-  T _GetDerivative_Parallel_Symmetric(T_MatVectorCol<T>& s, int i);
+  T _GetDerivative_Parallel_Symmetric(const T_MatVectorCol<T>& s, int i);
   void AnalyticGradient(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s);
   void _GetGradient_Parallel(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s);
   void _GetGradient_ParallelForward(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s);
@@ -271,6 +272,7 @@ class TARN_API T_Climb : public TarnAss {
   void ReportProgress(Processor& processor, int pass, T residue);
   bool PassCancelled(int pass, T residue);
   void EndProgress(Processor& processor, T residue);
+  void BeginRecord();
   void BeginSolve();
   void ClearCaches();
   void EndSolve(tarn::StopReason reason, T value);
@@ -342,6 +344,7 @@ class TARN_API T_Climb : public TarnAss {
   tarn::PointPool<T> pool_;           ///< points and values of one batch, kept between batches
   T_MatVectorCol<T> evaluatedPoint_;  ///< the copy of a point that an objective may write to
   std::int64_t lineSearchPassLimit_;
+  bool storageRefused_;  ///< this is what `BecomeEmpty` left
 
   /// Steps of all line searches since the last one began; one counter for all objects.
   static int lineSearchStep_;

@@ -27,7 +27,7 @@ class CoordinateSearch {
 
   /// Searches from the best point, whose value is f; returns the value of the best point then.
   T Minimise(T f) {
-    if (std::isnan(step_) || trial_.Dim() != climb_.dimension_) return f;
+    if (!climb_.RecordMemory(trial_.Dim() == climb_.dimension_) || std::isnan(step_)) return f;
     do {
       if (Move(f)) {
         Grow();
@@ -35,7 +35,7 @@ class CoordinateSearch {
         Halve();
       }
       climb_.TraceResult(f);
-    } while (!IsDone());
+    } while (!IsDone() && !stuck_);
     return f;
   }
 
@@ -62,6 +62,7 @@ class CoordinateSearch {
     trial_[axis_] = ClampToUnit(climb_.bestPoint_[axis_] + step);
     const T value = climb_.FuncAtScaled(trial_);
     if (!(value < f)) return false;
+    stuck_ = trial_[axis_] == climb_.bestPoint_[axis_];
     climb_.bestPoint_ = trial_;
     f = value;
     return true;
@@ -95,6 +96,7 @@ class CoordinateSearch {
   bool grow_ = true;
   bool tryReverse_ = true;
   int failures_ = 0;
+  bool stuck_ = false;  ///< the value fell without a move, as it may go on to do for ever
 };
 
 }  // namespace tarn
@@ -106,10 +108,11 @@ T T_Climb<T>::MakeIterationsByCoord(T f0, T step, int i) {
 
 template <class T>
 void T_Climb<T>::SolveByCoord(T_MatVectorCol<T>& steps) {
-  record_ = tarn::SolveRecord();
+  BeginRecord();
   if (steps.Dim() != dimension_) return;
   T f = StartFromScaledStart();
-  T_MatVectorCol<T> before(bestPoint_);
+  T_MatVectorCol<T> before(dimension_);
+  RecordMemory(before.Dim() == dimension_);
   for (int it = 0; it < maxItterationNumber_; ++it) {
     const T fBefore = f;
     before = bestPoint_;

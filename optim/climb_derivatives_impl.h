@@ -19,23 +19,22 @@ T T_Climb<T>::DifferenceStep(int i) const {
 
 template <class T>
 T T_Climb<T>::GetDerivative(T_MatVectorCol<T>& s, int i) {
-  if (IsFixed(i)) return T(0);
+  if (s.Dim() != dimension_ || i < 0 || i >= dimension_) return T(0);
+  if (IsFixed(i) || !ReservePool(2)) return T(0);
   if (derivFunc_.TypeWord() == VARTYPE_EMPTY) return _GetDerivative_Parallel(s, i);
-  T_MatVectorCol<T> x(ScaleResult(s));
-  return CalculateDerivative(derivFunc_, x, i) / invRange_[i];
+  evaluatedPoint_ = ScaleResult(s);
+  return CalculateDerivative(derivFunc_, evaluatedPoint_, i) / invRange_[i];
 }
 
 template <class T>
 T T_Climb<T>::_GetDerivative_Parallel(T_MatVectorCol<T>& s, int i) {
-  if (symmetricDerivative_ == 0) return _GetDerivative_Parallel_Forward(s, i);
-  T_MatVectorCol<T> copy(s);
-  return _GetDerivative_Parallel_Symmetric(copy, i);
+  return symmetricDerivative_ == 0 ? _GetDerivative_Parallel_Forward(s, i)
+                                   : _GetDerivative_Parallel_Symmetric(s, i);
 }
 
 /// (f(t + h) - f(t))/h; from the upper face one step inwards. Leaves s_i at the far point.
 template <class T>
 T T_Climb<T>::_GetDerivative_Parallel_Forward(T_MatVectorCol<T>& s, int i) {
-  if (!ReservePool(2)) return T(0);
   T_MatVectorCol<T>* points = pool_.Points();
   const tarn::ForwardDifference<T> difference(s[i], DifferenceStep(i));
   s[i] = difference.near;
@@ -47,10 +46,10 @@ T T_Climb<T>::_GetDerivative_Parallel_Forward(T_MatVectorCol<T>& s, int i) {
   return (pool_.Values()[1] - pool_.Values()[0]) / difference.Width();
 }
 
-/// (f(t + h) - f(t - h))/(2h), with t moved off a face by h and the ends kept inside.
+/// (f(t + h) - f(t - h))/(2h), with t moved off a face by h and the ends kept inside. Leaves s as
+/// it is.
 template <class T>
-T T_Climb<T>::_GetDerivative_Parallel_Symmetric(T_MatVectorCol<T>& s, int i) {
-  if (!ReservePool(2)) return T(0);
+T T_Climb<T>::_GetDerivative_Parallel_Symmetric(const T_MatVectorCol<T>& s, int i) {
   T_MatVectorCol<T>* points = pool_.Points();
   const tarn::CentralDifference<T> difference(s[i], DifferenceStep(i));
   if (difference.Width() == 0) return T(0);
@@ -65,6 +64,7 @@ template <class T>
 void T_Climb<T>::GetGradient(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s) {
   if (s.Dim() != dimension_) return;
   grad.SetDim(dimension_);
+  if (!RecordMemory(grad.Dim() == dimension_)) return;
   if (derivFunc_.TypeWord() == VARTYPE_EMPTY) {
     _GetGradient_Parallel(grad, s);
   } else {
@@ -76,9 +76,10 @@ void T_Climb<T>::GetGradient(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s) {
 /// within twice the accuracy of a face; `_GetGradient_Parallel` uses the plain accuracy.
 template <class T>
 void T_Climb<T>::AnalyticGradient(T_MatVectorCol<T>& grad, T_MatVectorCol<T>& s) {
-  T_MatVectorCol<T> x(ScaleResult(s));
   grad.Clear();
-  CalculateGradient(grad, derivFunc_, x);
+  if (!ReservePool(0)) return;
+  evaluatedPoint_ = ScaleResult(s);
+  CalculateGradient(grad, derivFunc_, evaluatedPoint_);
   for (int i = 0; i < dimension_; ++i) {
     const bool leavesBelow = s[i] < 2 * accuracy_ && grad[i] > 0;
     const bool leavesAbove = 1 - s[i] < 2 * accuracy_ && grad[i] < 0;
@@ -106,7 +107,6 @@ void T_Climb<T>::_GetGradient_ParallelForward(T_MatVectorCol<T>& grad, T_MatVect
   const T* values = pool_.Values();
   points[0] = s;
   for (int i = 0; i < dimension_; ++i) {
-    points[i + 1].SetDim(dimension_);
     if (IsFixed(i)) {
       points[i + 1].Clear();
     } else {

@@ -5,6 +5,7 @@
 /// `T_Climb`: conversion between scaled and real coordinates, calls of the user functions, trace.
 
 #include <algorithm>
+#include <cstddef>
 
 #include "optim/climb.h"
 #include "optim/search_host.h"
@@ -12,12 +13,20 @@
 
 namespace tarn {
 
-/// A scaled coordinate in real units. Inside the unit interval the result lies between the bounds,
-/// which rounding alone could miss.
+/// n scaled coordinates in real units; `bounds` holds two per coordinate. Inside the unit interval
+/// the result lies between the bounds, which rounding alone could miss. Without a range it is the
+/// lower bound. All choices are between values, so that compilers work on several coordinates at a
+/// time.
 template <class T>
-T ToRealCoordinate(T s, T invRange, T lower, T upper) {
-  const T x = s / invRange + lower;
-  return IsInUnit(s) ? Clamp(x, std::min(lower, upper), std::max(lower, upper)) : x;
+void ToRealCoordinates(T* x, const T* s, const T* invRange, const T* bounds, int n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const T first = bounds[2 * i];
+    const T second = bounds[2 * i + 1];
+    const T moved = s[i] / invRange[i] + first;
+    const T clamped = Clamp(moved, std::min(first, second), std::max(first, second));
+    const T real = IsInUnit(s[i]) ? clamped : moved;
+    x[i] = invRange[i] == 0 ? first : real;
+  }
 }
 
 }  // namespace tarn
@@ -25,15 +34,8 @@ T ToRealCoordinate(T s, T invRange, T lower, T upper) {
 template <class T>
 T_MatVectorCol<T>& T_Climb<T>::ScaleResult(T_MatVectorCol<T>& s) {
   resultBuffer_.SetDim(dimension_);
-  if (s.Dim() != dimension_) return resultBuffer_;
-  const T* scaled = s;
-  const T* inverse = invRange_;
-  const T* bounds = boundaries_;
-  T* x = resultBuffer_;
-  for (int i = 0; i < dimension_; ++i, bounds += 2) {
-    x[i] = inverse[i] == 0 ? bounds[0]
-                           : tarn::ToRealCoordinate(scaled[i], inverse[i], bounds[0], bounds[1]);
-  }
+  if (s.Dim() != dimension_ || resultBuffer_.Dim() != dimension_) return resultBuffer_;
+  tarn::ToRealCoordinates<T>(resultBuffer_, s, invRange_, boundaries_, dimension_);
   return resultBuffer_;
 }
 
@@ -42,21 +44,30 @@ T_MatVectorCol<T>& T_Climb<T>::GetResult() {
   return ScaleResult(bestPoint_);
 }
 
-/// s = the N real values at `x` in scaled coordinates; 0 for fixed variables.
+/// s = the N real values at `x` in scaled coordinates; 0 for fixed variables. False when s cannot
+/// take them.
 template <class T>
-void T_Climb<T>::ToScaled(T_MatVectorCol<T>& s, const T* x) const {
+bool T_Climb<T>::ToScaled(T_MatVectorCol<T>& s, const T* x) const {
   s.SetDim(dimension_);
+  if (s.Dim() != dimension_) return false;
   for (int i = 0; i < dimension_; ++i) {
     s[i] = IsFixed(i) ? T(0) : (x[i] - LowerBound(i)) * invRange_[i];
   }
+  return true;
 }
 
-/// Room for a batch of `count` points.
+/// Keeps in the record that memory was refused unless `granted`, which it returns.
+template <class T>
+bool T_Climb<T>::RecordMemory(bool granted) {
+  record_.outOfMemory = record_.outOfMemory || !granted;
+  return granted;
+}
+
+/// Room for a batch of `count` points, and for the copy that the objective gets of each.
 template <class T>
 bool T_Climb<T>::ReservePool(int count) {
-  const bool reserved = pool_.Reserve(count);
-  record_.outOfMemory = record_.outOfMemory || !reserved;
-  return reserved;
+  evaluatedPoint_.SetDim(dimension_);
+  return RecordMemory(pool_.Reserve(count, dimension_) && evaluatedPoint_.Dim() == dimension_);
 }
 
 template <class T>
@@ -72,18 +83,22 @@ T T_Climb<T>::Func(T_MatVector<T>& x) {
   return tarn::RunScriptFunction<T>(*processor, function_, arguments, 2);
 }
 
+/// The objective at a scaled point. An objective that was written for variables whose storage was
+/// refused is not called without them.
 template <class T>
 T T_Climb<T>::FuncAtScaled(T_MatVectorCol<T>& s) {
-  return Func(ScaleResult(s));
+  return storageRefused_ ? T(0) : Func(ScaleResult(s));
 }
 
 /// Evaluates the scaled points one after the other. Each gets a copy, because an objective may
-/// write to its argument.
+/// write to its argument. Where there is no room for copies, the values are 0.
 template <class T>
 void T_Climb<T>::_DoParallelCalculation(T* values, T_MatVectorCol<T>* points, int count) {
+  evaluatedPoint_.SetDim(dimension_);
+  const bool canEvaluate = RecordMemory(evaluatedPoint_.Dim() == dimension_) && !storageRefused_;
   for (int k = 0; k < count; ++k) {
-    evaluatedPoint_ = ScaleResult(points[k]);
-    values[k] = Func(evaluatedPoint_);
+    if (canEvaluate) evaluatedPoint_ = ScaleResult(points[k]);
+    values[k] = canEvaluate ? Func(evaluatedPoint_) : T(0);
   }
 }
 

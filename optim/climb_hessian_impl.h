@@ -6,27 +6,17 @@
 
 #include <cmath>
 #include <memory>
-#include <new>
 
 #include "arrays/sort.h"
 #include "arrays/typed_array.h"
 #include "optim/climb.h"
 #include "optim/difference_points.h"
+#include "optim/matrix_copy.h"
 
 namespace tarn {
 
-/// Whether a matrix has the storage of its shape; one that memory was refused has not.
-template <class T>
-bool HasElements(const T_Matrix<T>* matrix) {
-  return matrix != nullptr && (matrix->Y() == 0 || (*matrix)[0] != nullptr);
-}
-
-/// A new copy; null when it cannot be had.
-template <class T>
-T_Matrix<T>* NewCopy(const T_Matrix<T>& matrix) {
-  std::unique_ptr<T_Matrix<T>> copy(new (std::nothrow) T_Matrix<T>(matrix));
-  return HasElements(copy.get()) ? copy.release() : nullptr;
-}
+/// Points of a mixed second difference; a pure one takes one less.
+inline constexpr int kMixedDifferencePoints = 4;
 
 }  // namespace tarn
 
@@ -34,16 +24,17 @@ T_Matrix<T>* NewCopy(const T_Matrix<T>& matrix) {
 
 template <class T>
 T T_Climb<T>::GetDerivative2(T_MatVectorCol<T>& s, int i, int j) {
-  if (IsFixed(i) || IsFixed(j)) return T(0);
+  if (IsFixed(i) || IsFixed(j) || !ReservePool(tarn::kMixedDifferencePoints)) return T(0);
   if (deriv2Func_.TypeWord() == VARTYPE_EMPTY) return _GetDerivative2_Parallel(s, i, j);
-  T_MatVectorCol<T> x(ScaleResult(s));
-  return CalculateDerivative2(deriv2Func_, x, i, j) / (invRange_[i] * invRange_[j]);
+  evaluatedPoint_ = ScaleResult(s);
+  return CalculateDerivative2(deriv2Func_, evaluatedPoint_, i, j) / (invRange_[i] * invRange_[j]);
 }
 
-/// Second difference of three points (i = j) or mixed difference of four.
+/// Second difference of three points (i = j) or mixed difference of four, for which the pool has
+/// room.
 template <class T>
 T T_Climb<T>::_GetDerivative2_Parallel(T_MatVectorCol<T>& s, int i, int j) {
-  if (IsFixed(i) || IsFixed(j) || !ReservePool(4)) return T(0);
+  if (IsFixed(i) || IsFixed(j)) return T(0);
   T di = 0;
   T dj = 0;
   const int count = _GetDerivative2_Params(s, i, j, pool_.Points(), di, dj);
@@ -151,6 +142,7 @@ template <class T>
 T_Matrix<T>* T_Climb<T>::_GetHessian(T_MatVectorCol<T>& s) {
   if (!IsCacheValid(hessianCache_, s)) {
     ClearCaches();
+    if (!ReservePool(tarn::kMixedDifferencePoints)) return nullptr;
     const int symmetric = symmetricDerivative_;
     symmetricDerivative_ = 1;
     if (deriv2Func_.TypeWord() == VARTYPE_EMPTY) {
@@ -171,8 +163,8 @@ T_Matrix<T>* T_Climb<T>::GetHessian(T_MatVectorCol<T>& x) {
 
 template <class T>
 T_Matrix<T>* T_Climb<T>::GetHessian(T* x) {
-  T_MatVectorCol<T> s(dimension_);
-  ToScaled(s, x);
+  T_MatVectorCol<T> s;
+  if (!ToScaled(s, x)) return nullptr;
   T_Matrix<T>* hessian = _GetHessian(s);
   if (hessian == nullptr) return nullptr;
   for (int j = 0; j < dimension_; ++j) {
@@ -258,8 +250,8 @@ T_Matrix<T>* T_Climb<T>::GetCovariationMatrix(T_MatVectorCol<T>& x) {
 
 template <class T>
 T_Matrix<T>* T_Climb<T>::GetCovariationMatrix(T* x) {
-  T_MatVectorCol<T> s(dimension_);
-  ToScaled(s, x);
+  T_MatVectorCol<T> s;
+  if (!ToScaled(s, x)) return nullptr;
   T_Matrix<T>* covariance = _GetCovariationMatrix(s);
   if (covariance == nullptr) return nullptr;
   for (int j = 0; j < dimension_; ++j) {

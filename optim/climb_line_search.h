@@ -14,8 +14,8 @@
 
 #include <cstdint>
 
-#include "arrays/typed_array.h"
 #include "optim/climb.h"
+#include "optim/line_table.h"
 
 namespace tarn {
 
@@ -75,7 +75,7 @@ class LineSearch {
   T Distance(std::int64_t i) const { return table_(i, kDistance); }
   T Value(std::int64_t i) const { return table_(i, kValue); }
   std::int64_t Last() const { return table_.Len() - 1; }
-  std::int64_t Lowest() const { return table_.FindMinIndex(kValue); }
+  std::int64_t Lowest() const { return table_.Lowest(); }
   T Evaluate(T t);
   void Insert(T t, T f);
   void TryAt(T t);
@@ -91,7 +91,8 @@ class LineSearch {
   T length_ = 0;  ///< length of the first steps
   T f0_;
 
-  T_ArrayEx<T> table_;
+  LineTable<T> table_;
+  bool tableFull_ = false;  ///< a record was refused
   T bestDistance_ = 0;
   T bestValue_;
 

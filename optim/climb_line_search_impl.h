@@ -15,6 +15,8 @@
 
 template <class T>
 void T_Climb<T>::GetOrtBoundaries(T_MatVector<T>& s, T_MatVector<T>& d, T& tmin, T& tmax) {
+  tmin = tmax = T(0);
+  if (s.Dim() != dimension_ || d.Dim() != dimension_) return;
   tmax = std::sqrt(static_cast<T>(dimension_));
   tmin = -tmax;
   bool moves = false;
@@ -61,7 +63,7 @@ LineSearch<T>::LineSearch(T_Climb<T>& climb, T f0)
       direction_(climb.dimension_),
       trial_(climb.dimension_),
       f0_(f0),
-      table_(1, kColumnCount),
+      table_(kColumnCount, kValue),
       bestValue_(f0) {}
 
 template <class T>
@@ -155,6 +157,10 @@ void LineSearch<T>::RunPasses() {
     TryFittedPoint();
     if (NeedsFallBack()) TryFallBackPoint();
     ChooseNeighbours();
+    if (tableFull_) {
+      reason_ = StopReason::kMemoryExhausted;
+      return;
+    }
     if (HasStalled()) return;
     if (!changed_ && stallCount_ == 0 && GoesOn()) {
       reason_ = StopReason::kNothingToShrink;
@@ -388,9 +394,9 @@ T LineSearch<T>::Evaluate(T t) {
 template <class T>
 void LineSearch<T>::Insert(T t, T f) {
   const T record[kColumnCount] = {t, f, T(0)};
-  const std::int64_t count = table_.Len();
-  table_.InsertItem(BFindInsertIndex(table_[0], static_cast<double>(t), count, kColumnCount),
-                    record);
+  const std::int64_t place =
+      BFindInsertIndex(table_[0], static_cast<double>(t), table_.Len(), kColumnCount);
+  tableFull_ = !table_.Insert(place, record);
   changed_ = true;
 }
 

@@ -46,7 +46,8 @@ T T_Climb<T>::Extrapolate(T f0, T f, T maxDrop, T_MatVectorCol<T>& before, T_Mat
                           int& replaced) {
   T_MatVectorCol<T> way(dimension_);
   T_MatVectorCol<T> far(dimension_);
-  if (way.Dim() != dimension_ || far.Dim() != dimension_) return f;
+  const int n = dimension_;
+  if (!RecordMemory(before.Dim() == n && way.Dim() == n && far.Dim() == n)) return f;
   bestPoint_.Sub(way, before);
   T tmin = 0;
   T tmax = 0;
@@ -57,7 +58,9 @@ T T_Climb<T>::Extrapolate(T f0, T f, T maxDrop, T_MatVectorCol<T>& before, T_Mat
     far[i] = tarn::KeepInside(bestPoint_[i] + tmax * way[i], bestPoint_[i]);
   }
   const T fe = FuncAtScaled(far);
-  if (!tarn::ExtrapolationPays(f0, f, fe, maxDrop)) return f;
+  // The value 0 of a cancelled line search is not that of the best point: nothing to compare with.
+  const bool cancelled = record_.lineSearchReason == tarn::StopReason::kCancelled;
+  if (cancelled || !tarn::ExtrapolationPays(f0, f, fe, maxDrop)) return f;
   for (int k = 1; k < dimension_; ++k) dirs[k - 1] = dirs[k];
   dirs[dimension_ - 1] = way;
   bestPoint_ = far;

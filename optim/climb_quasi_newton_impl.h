@@ -51,10 +51,17 @@ void T_Climb<T>::SolveQuasiNewton(int type, int maxIter) {
   }
 }
 
+template <class T>
+void T_Climb<T>::BeginRecord() {
+  record_ = tarn::SolveRecord();
+  record_.outOfMemory = storageRefused_;
+  if (storageRefused_) record_.reason = tarn::StopReason::kMemoryExhausted;
+}
+
 /// What every solve that keeps no matrix of an earlier one begins with.
 template <class T>
 void T_Climb<T>::BeginSolve() {
-  record_ = tarn::SolveRecord();
+  BeginRecord();
   ClearCaches();
 }
 
@@ -114,10 +121,7 @@ bool QuasiNewtonRun<T>::HasStorage() const {
 
 template <class T>
 T QuasiNewtonRun<T>::Minimise(int maxIter) {
-  if (!HasStorage()) {
-    climb_.record_.outOfMemory = true;
-    return f0_;
-  }
+  if (!climb_.RecordMemory(HasStorage())) return f0_;
   T result = f0_;
   if (FirstMove()) {
     if (FirstMoveSuffices() || !Iterate(maxIter)) {
@@ -210,13 +214,17 @@ bool QuasiNewtonRun<T>::MeasureCurvature() {
 /// H += dx*dx'/a - Hdg*Hdg'/b, each of the two terms added by itself.
 template <class T>
 void QuasiNewtonRun<T>::UpdateInverseHessian() {
+  // Copies, which no element of H can overlap: compilers then work on several at a time.
   const int n = climb_.dimension_;
+  const T* dx = dx_;
+  const T* hdg = hdg_;
+  const T a = a_;
+  const T b = b_;
   for (int i = 0; i < n; ++i) {
     T* row = h_[i];
-    for (int j = 0; j < n; ++j) {
-      row[j] += dx_[i] * dx_[j] / a_;
-      row[j] -= hdg_[i] * hdg_[j] / b_;
-    }
+    const T dxi = dx[i];
+    const T hdgi = hdg[i];
+    for (int j = 0; j < n; ++j) row[j] = row[j] + dxi * dx[j] / a - hdgi * hdg[j] / b;
   }
 }
 
@@ -226,9 +234,11 @@ void QuasiNewtonRun<T>::AddBfgsTerm() {
   const int n = climb_.dimension_;
   h_.RightMultiply(u_, dx_);
   for (int i = 0; i < n; ++i) u_[i] = dx_[i] / a_ - u_[i] / b_;
+  const T* u = u_;
   for (int i = 0; i < n; ++i) {
     T* row = h_[i];
-    for (int j = 0; j < n; ++j) row[j] += b_ * u_[i] * u_[j];
+    const T factor = b_ * u[i];
+    for (int j = 0; j < n; ++j) row[j] += factor * u[j];
   }
 }
 

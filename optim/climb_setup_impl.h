@@ -48,7 +48,8 @@ T_Climb<T>::T_Climb(Variable& function, int n, T* boundaries, T* start, T accura
       limitDirectionStep_(0),
       maxRealtiveStepNorm_(tarn::kDefaultMaxRealtiveStepNorm<T>),
       covarianceFlag_(1),
-      lineSearchPassLimit_(tarn::kLineSearchPassLimit) {
+      lineSearchPassLimit_(tarn::kLineSearchPassLimit),
+      storageRefused_(false) {
   if (aMinStep == 0) aMinStep = tarn::kDefaultMinStep<T>;
   Build(boundaries, start);
 }
@@ -62,7 +63,8 @@ T_Climb<T>::T_Climb(const T_Climb& other)
       derivFunc_(other.derivFunc_),
       deriv2Func_(other.deriv2Func_),
       gradFunc_(other.gradFunc_),
-      directions_(nullptr) {
+      directions_(nullptr),
+      storageRefused_(false) {
   CopySettings(other);
   CopyState(other);
 }
@@ -120,6 +122,7 @@ void T_Climb<T>::CopyState(const T_Climb& other) {
   covarianceCache_ = other.covarianceCache_;
   hessianCache_ = other.hessianCache_;
   cachedPoint_ = other.cachedPoint_;
+  storageRefused_ = other.storageRefused_;
   if (!AllocateDirections() || !HasStorage()) {
     BecomeEmpty();
     return;
@@ -143,6 +146,7 @@ void T_Climb<T>::Build(const T* boundaries, const T* start) {
   }
   FindRanges();
   for (int i = 0; i < n; ++i) scaledStart_[i] = tarn::ClampToUnit(ScaledStart(i));
+  InitStep();
 }
 
 /// A new set of N directions, each of N zeros. False when it cannot be had.
@@ -177,6 +181,7 @@ bool T_Climb<T>::HasStorage() const {
 /// once.
 template <class T>
 void T_Climb<T>::BecomeEmpty() {
+  storageRefused_ = true;
   dimension_ = 0;
   for (auto* vector : {&boundaries_, &startPoint_, &scaledStart_, &bestPoint_, &resultBuffer_,
                        &invRange_, &minStep_, &maxStep_, &cachedPoint_}) {

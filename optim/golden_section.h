@@ -38,10 +38,10 @@ class TARN_API GoldSection_Double : public TarnAss {
  public:
   /// `function` is copied, as are the ends `boundaries[0]` and `boundaries[1]`.
   GoldSection_Double(Variable& function, double* boundaries, double accuracy);
-  GoldSection_Double(const GoldSection_Double& other);
-  GoldSection_Double(GoldSection_Double&& other) noexcept;
-  GoldSection_Double& operator=(const GoldSection_Double& other);
-  GoldSection_Double& operator=(GoldSection_Double&& other) noexcept;
+  GoldSection_Double(const GoldSection_Double& other);                 ///< Copies every field.
+  GoldSection_Double(GoldSection_Double&& other) noexcept;             ///< Copies every field.
+  GoldSection_Double& operator=(const GoldSection_Double& other);      ///< Copies every field.
+  GoldSection_Double& operator=(GoldSection_Double&& other) noexcept;  ///< Copies every field.
   ~GoldSection_Double() override;
 
   /// Runs the search: b is evaluated first, then a, then the inner point. Returns the answer.

@@ -6,6 +6,8 @@
 
 #include "frame/export.h"
 
+template <class T>
+class T_Climb;
 template <class Element>
 class T_Matrix;
 
@@ -39,6 +41,7 @@ class NormalEquations;
 template <class T>
 class TARN_API T_Line_LSQM2 {
  public:
+  /// Value of a basis function at `x`; `extra` is the pointer given with the functions.
   using Basis = T (*)(T x, void* extra);
 
   /// `m` basis functions, `n` points; `accuracy` is that of the minimiser. Counts below 0 are 0.
@@ -56,7 +59,7 @@ class TARN_API T_Line_LSQM2 {
   /// what the minimiser raises.
   void DoIt(int mode);
 
-  /// Coefficient k; 0 before the first fit.
+  /// Coefficient k; 0 before the first fit, and where there is no such coefficient.
   T GetA(int k) const;
   /// The M coefficients, inside the object; null when they could not be allocated.
   T* GetResult();
@@ -84,6 +87,7 @@ class TARN_API T_Line_LSQM2 {
   void _DoIt_1(T s1, const T_Matrix<T>& aw);
   // NOLINTEND(bugprone-reserved-identifier)
   void Refine(T s1, const T_Matrix<T>& aw, void* objective, T* errors);
+  bool WasRefusedMemory(const T_Climb<T>& climb) const;
   void SumResiduals();
   T Model(T x) const;
   void ReplaceCovariance(T_Matrix<T>* covariance);

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <new>
 #include <numbers>
 
 #include "frame/error_numbers.h"
@@ -17,6 +16,8 @@
 #include "linalg/vector.h"
 #include "optim/climb.h"
 #include "optim/line_lsqm2.h"
+#include "optim/matrix_copy.h"
+#include "optim/search_host.h"
 #include "special/error_function.h"
 
 namespace tarn {
@@ -208,8 +209,7 @@ void T_Line_LSQM2<T>::CopyFrom(const T_Line_LSQM2& other) {
   if (coeff_ != nullptr && other.coeff_ != nullptr) {
     std::copy(other.coeff_, other.coeff_ + other.m_, coeff_);
   }
-  ReplaceCovariance(
-      other.covariance_ == nullptr ? nullptr : new (std::nothrow) T_Matrix<T>(*other.covariance_));
+  ReplaceCovariance(other.covariance_ == nullptr ? nullptr : tarn::NewCopy(*other.covariance_));
   basis_ = other.basis_;
   m_ = other.m_;
   chi2_ = other.chi2_;
@@ -242,7 +242,7 @@ void T_Line_LSQM2<T>::SetPrior(int prior) {
 
 template <class T>
 T T_Line_LSQM2<T>::GetA(int k) const {
-  return coeff_ == nullptr ? T(0) : coeff_[k];
+  return coeff_ == nullptr || k < 0 || k >= m_ ? T(0) : coeff_[k];
 }
 
 template <class T>
@@ -279,8 +279,10 @@ void T_Line_LSQM2<T>::DoIt(int mode) {
     TarnError(tarn::kErrorMemory);
     return;
   }
+  const tarn::ObjectiveErrorWatch watch;
   Accumulate(sums);
   sums.Regularise();
+  if (watch.HasRaised()) return;
   if (sums.aw.SolveSystem(sums.bw, coeff_) == 0) return;
   if (mode == 0) {
     PlainResult(sums);
@@ -315,6 +317,7 @@ void T_Line_LSQM2<T>::Accumulate(tarn::NormalEquations<T>& sums) const {
 template <class T>
 void T_Line_LSQM2<T>::PlainResult(const tarn::NormalEquations<T>& sums) {
   ReplaceCovariance(sums.aw.PseudoInverse());
+  if (covariance_ == nullptr) return;
   residue_ = std::fabs(sums.s0 - sums.b.ScalarMultiply(coeff_));
   chi2_ = std::fabs(sums.s1 - sums.bw.ScalarMultiply(coeff_));
   const T logs = tarn::HalfLogsOfDiagonal(sums.s0, sums.a);
@@ -377,6 +380,12 @@ void FillFitArguments(Variable& arguments, T* x, T* y, T* errors, int n,
 
 }  // namespace tarn
 
+/// Whether a solve and a covariance that raised nothing lacked memory.
+template <class T>
+bool T_Line_LSQM2<T>::WasRefusedMemory(const T_Climb<T>& climb) const {
+  return covariance_ == nullptr || climb.GetStopReason() == tarn::StopReason::kMemoryExhausted;
+}
+
 template <class T>
 void T_Line_LSQM2<T>::Refine(T s1, const T_Matrix<T>& aw, void* objective, T* errors) {
   T_MatVectorCol<T> bounds = tarn::CoefficientBounds(s1, aw, coeff_);
@@ -390,7 +399,7 @@ void T_Line_LSQM2<T>::Refine(T s1, const T_Matrix<T>& aw, void* objective, T* er
   function.SetCppPointer(objective);
   T_Climb<T> climb(function, m_, bounds, coeff_, accuracy_);
   climb.SetExtraParam(arguments);
-  if (climb.GetDimension() != m_) {
+  if (climb.GetDimension() != m_ || climb.GetExtraParam().GetDim() != tarn::kFitArgumentCount) {
     TarnError(tarn::kErrorMemory);
     return;
   }
@@ -403,6 +412,7 @@ void T_Line_LSQM2<T>::Refine(T s1, const T_Matrix<T>& aw, void* objective, T* er
   const T lnDet = covariance_ == nullptr ? T(0) : tarn::LnOfPositiveDet(*covariance_);
   logProb_ = ln4Pi * static_cast<T>(m_) / 2 - residue_ / 2 + T(0.5) * lnDet -
              tarn::HalfLogsOfDiagonal(s1, aw);
+  if (!tarn::IsErrorPending(GetOwner()) && WasRefusedMemory(climb)) TarnError(tarn::kErrorMemory);
 }
 
 /// chi2 and residue of the coefficients, from the last point to the first.

@@ -19,8 +19,17 @@ class PointPool {
   PointPool& operator=(const PointPool&) = delete;
   ~PointPool() { Release(); }
 
-  /// Makes room for `count` points and values. False when it cannot be had.
-  bool Reserve(int count) {
+  /// Makes room for `count` values and points of `dimension` coordinates, so that storing a point
+  /// allocates nothing. False when it cannot be had.
+  bool Reserve(int count, int dimension) {
+    return ReserveItems(count) && SetDimensions(count, dimension);
+  }
+
+  T_MatVectorCol<T>* Points() { return points_; }
+  T* Values() { return values_; }
+
+ private:
+  bool ReserveItems(int count) {
     if (count <= capacity_) return true;
     Release();
     points_ = new (std::nothrow) T_MatVectorCol<T>[static_cast<std::size_t>(count)];
@@ -33,10 +42,14 @@ class PointPool {
     return true;
   }
 
-  T_MatVectorCol<T>* Points() { return points_; }
-  T* Values() { return values_; }
+  bool SetDimensions(int count, int dimension) {
+    for (int k = 0; k < count; ++k) {
+      points_[k].SetDim(dimension);
+      if (points_[k].Dim() != dimension) return false;
+    }
+    return true;
+  }
 
- private:
   void Release() {
     delete[] points_;
     delete[] values_;

@@ -18,8 +18,7 @@ StopReason PendingErrorReason(const Processor& processor) {
 }
 
 StopReason ObjectiveErrorWatch::Reason(StopReason reason) const {
-  const Processor* processor = GetOwner();
-  return !pendingBefore_ && IsErrorPending(processor) ? PendingErrorReason(*processor) : reason;
+  return HasRaised() ? PendingErrorReason(*GetOwner()) : reason;
 }
 
 double CallScriptFunction(Variable& function, double x, Variable& extra) {

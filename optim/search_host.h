@@ -32,9 +32,11 @@ bool IsLastErrorCancel(const Processor& processor);
 StopReason PendingErrorReason(const Processor& processor);
 
 /// Watches one run of a search: says whether an error was raised during it that is still pending.
+/// One that was pending before hides those of the run.
 class ObjectiveErrorWatch {
  public:
   ObjectiveErrorWatch() : pendingBefore_(IsErrorPending(GetOwner())) {}
+  bool HasRaised() const { return !pendingBefore_ && IsErrorPending(GetOwner()); }
   /// The reason to report for a run that ended for `reason` by itself.
   StopReason Reason(StopReason reason) const;
 

@@ -18,9 +18,10 @@ T ClampToUnit(T value) {
   return Clamp(value, T(0), T(1));
 }
 
+/// Without a jump, for loops over coordinates.
 template <class T>
 bool IsInUnit(T value) {
-  return value >= 0 && value <= 1;
+  return (value >= 0) & (value <= 1);
 }
 
 /// The coordinate `moved` that a step from `base` leads to. From inside the unit interval no step

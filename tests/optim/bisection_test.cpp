@@ -116,6 +116,22 @@ TEST_F(SearchTest, BisectionWithAccuracyZeroEndsAtNeighbouringNumbers) {
   EXPECT_EQ(search.GetStopReason(), StopReason::kNothingToShrink);
 }
 
+TEST_F(SearchTest, BisectionToNeighbouringNumbersEvaluatesTheLastMidpoint) {
+  // Three steps between the ends. The first midpoint is rounded to the second step, becomes an end,
+  // and is the rounded midpoint of the interval of one step that is left: it is evaluated again.
+  const double step = std::numeric_limits<double>::epsilon();
+  const auto f = [step](double x) { return x < 1 + 3 * step ? -1.0 : 1.0; };
+  reference::Log<double> log;
+  const double expected = reference::Bisect(f, 1, 1 + 3 * step, 1.0 / 3, log);
+  ASSERT_EQ(log.evaluated, (std::vector<double>{1 + 3 * step, 1, 1 + 2 * step, 1 + 2 * step}));
+  BiSection_Double search = Search(f, 1, 1 + 3 * step, 1.0 / 3);
+  search.SetSilent(0);
+  EXPECT_EQ(Bits(search.Solve()), Bits(expected));
+  ExpectSameBits(RecordedFunction::calls, log.evaluated, "step");
+  EXPECT_EQ(output, TraceText(log.traced));
+  EXPECT_EQ(search.GetStopReason(), StopReason::kConvergedStep);
+}
+
 TEST_F(SearchTest, BisectionOfAnIntervalWithoutInnerNumbersEnds) {
   const double a = 1e16;
   BiSection_Double search = Search([a](double x) { return x == a ? -1.0 : 1.0; }, a, a + 2, 1e-3);

@@ -147,6 +147,15 @@ TYPED_TEST(ClimbDerivativeTest, FixedVariableHasNoDerivativeAndIsNotAsked) {
   EXPECT_FALSE(this->host.HasError());
 }
 
+TYPED_TEST(ClimbDerivativeTest, ThereIsNoDerivativeByWhatIsNoVariable) {
+  using T = TypeParam;
+  T_Climb<T> climb = this->Quadratic(2);
+  T_MatVectorCol<T> s = Vector<T>({T(0.5), T(0.5)});
+  for (const int i : {-1, 2, 1000}) EXPECT_EQ(climb.GetDerivative(s, i), 0);
+  EXPECT_TRUE(this->calls.empty());
+  EXPECT_EQ(Values(s), (std::vector<T>{T(0.5), T(0.5)}));
+}
+
 TYPED_TEST(ClimbDerivativeTest, ForwardGradientIsOneBatchAndRestoresTheBestPoint) {
   using T = TypeParam;
   T_Climb<T> climb = MakeClimb<T>([](const T* x) { return x[0] * x[0] + 2 * x[2]; },

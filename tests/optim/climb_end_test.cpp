@@ -198,6 +198,12 @@ TYPED_TEST(ClimbEndTest, ObjectiveThatFallsForEverEnds) {
   climb.Solve(20);
   this->host.TakeError();
   EXPECT_LT(climb.GetEvaluationCount(), 3'000'000);
+  for (const T step : {T(0.1), T(-0.1), T(0)}) {
+    const std::vector<T> steps = {step, step};
+    T_MatVectorCol<T> vector = Vector(steps);
+    climb.SolveByCoord(vector);
+    EXPECT_LT(climb.GetEvaluationCount(), 100) << step;
+  }
 }
 
 }  // namespace

@@ -56,6 +56,8 @@ TYPED_TEST(ClimbMethodTest, RangeOfADirectionEndsAtTheNearestFaces) {
   EXPECT_EQ(range({0, 1, 0}, {1, 1, 0}), (std::pair<T, T>(0, 0)));
   EXPECT_EQ(range({T(0.25), T(0.5), 0}, {0, 0, 5}), (std::pair<T, T>(0, 0)));
   EXPECT_EQ(range({T(0.25), T(0.5), 0}, {0, 0, 0}), (std::pair<T, T>(0, 0)));
+  EXPECT_EQ(range({T(0.25), T(0.5)}, {1, 0, 0}), (std::pair<T, T>(0, 0)));
+  EXPECT_EQ(range({T(0.25), T(0.5), 0}, {1, 0}), (std::pair<T, T>(0, 0)));
   // No further than the diagonal of the cube.
   const T diagonal = std::sqrt(T(3));
   EXPECT_EQ(range({T(0.5), T(0.5), 0}, {T(0.125), 0, 0}), (std::pair<T, T>(-diagonal, diagonal)));
@@ -99,6 +101,27 @@ TYPED_TEST(ClimbMethodTest, LineSearchTriesTheOtherSideAfterAWorseFirstTrial) {
   EXPECT_EQ(this->calls[0][0], 1 + -2 * (T(0.05) * T(1)));
 }
 
+TYPED_TEST(ClimbMethodTest, LineSearchCutsItsFirstStepsAtTheEndsOfTheRange) {
+  using T = TypeParam;
+  // Twice the length leads beyond the far end. There the next step halves the last gap; from a
+  // distance beyond the range it would step out once more.
+  T_MatVectorCol<T> along = Vector<T>({T(0.75)});
+  T_Climb<T> falling = MakeClimb<T>([](const T* x) { return -x[0]; }, {0, 1}, {0}, T(1e-3));
+  Access<T>::Best(falling) = Vector<T>({0});
+  EXPECT_EQ(falling.FindMiniumByDirection(T(0), along, 1), -1);
+  ASSERT_GE(this->calls.size(), 3U);
+  EXPECT_EQ(this->calls[0][0], T(0.75));
+  EXPECT_EQ(this->calls[1][0], 1);
+  EXPECT_EQ(this->calls[2][0], T(0.875));
+  T_Climb<T> rising = MakeClimb<T>([](const T* x) { return x[0]; }, {0, 1}, {1}, T(1e-3));
+  Access<T>::Best(rising) = Vector<T>({1});
+  EXPECT_EQ(rising.FindMiniumByDirection(T(1), along, 1), 0);
+  ASSERT_GE(this->calls.size(), 3U);
+  EXPECT_EQ(this->calls[0][0], 0);
+  EXPECT_EQ(this->calls[1][0], T(0.25));
+  EXPECT_EQ(this->calls[2][0], T(0.125));
+}
+
 TYPED_TEST(ClimbMethodTest, LineSearchReplacesALengthThatDoesNotLeadDown) {
   using T = TypeParam;
   T_Climb<T> climb = MakeClimb<T>([](const T* x) { return (x[0] - T(0.5)) * (x[0] - T(0.5)); },
@@ -119,6 +142,17 @@ TYPED_TEST(ClimbMethodTest, LineSearchWithoutImprovementMovesNothing) {
   T_MatVectorCol<T> along = Vector<T>({1, 1});
   EXPECT_EQ(climb.FindMiniumByDirection(T(1), along, 0), 1);
   EXPECT_EQ(Values(Access<T>::Best(climb)), (std::vector<T>{T(0.5), T(0.625)}));
+}
+
+TYPED_TEST(ClimbMethodTest, LineSearchMovesABestPointOutsideIntoTheCube) {
+  using T = TypeParam;
+  T_Climb<T> climb = this->Bowl(0, 0);
+  Access<T>::Best(climb) = Vector<T>({T(0.25), T(1.5)});  // the point (-1, 9)
+  T_MatVectorCol<T> along = Vector<T>({1, 0});
+  EXPECT_GE(climb.FindMiniumByDirection(T(54), along, 0), 50);
+  for (const auto& call : this->calls) EXPECT_EQ(call[1], 9);
+  EXPECT_NEAR(Access<T>::Best(climb)[0], 0.5, 1e-2);
+  EXPECT_EQ(Access<T>::Best(climb)[1], 1);
 }
 
 TYPED_TEST(ClimbMethodTest, LineSearchStepCounterStartsAnewWithEachSearch) {

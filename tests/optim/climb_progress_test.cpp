@@ -221,6 +221,25 @@ TYPED_TEST(ClimbProgressTest, CancelledLineSearchReturnsZeroAndMovesNothing) {
   EXPECT_EQ(climb.GetLineSearchStopReason(), StopReason::kCancelled);
 }
 
+TYPED_TEST(ClimbProgressTest, CancelledPassOfDirectionsKeepsTheBestPoint) {
+  using T = TypeParam;
+  // Lowest at x0 = 1 with the value -5, which is below the 0 that a cancelled line search returns;
+  // behind it the objective rises so slowly that the extrapolated point lies below 0 too.
+  T_Climb<T> climb = MakeClimb<T>(
+      [](const T* x) {
+        const T u = x[0] - 1;
+        return (u < 0 ? 10 * u * u : u * u / 2) - 5;
+      },
+      {-3, 5, -3, 5}, {-2, 0}, T(1e-3));
+  RecordedObjective<T>::onCall = [](std::size_t call) {
+    if (RecordedObjective<T>::calls[call - 1][1] != 0) TarnError(tarn::kErrorCancel);
+  };
+  climb.SolvePowell(0);
+  EXPECT_EQ(this->host.TakeError().name, "Progress window got cancel");
+  EXPECT_EQ(climb.GetStopReason(), StopReason::kCancelled);
+  EXPECT_NEAR(climb.GetResult()[0], 1, 0.1);
+}
+
 TYPED_TEST(ClimbProgressTest, StopRequestEndsAQuasiNewtonRun) {
   using T = TypeParam;
   Variable window = this->MakeWindow();

@@ -48,7 +48,9 @@ TYPED_TEST(ClimbSetupTest, DefaultsAreAsDocumented) {
   EXPECT_EQ(Access<T>::CovarianceCache(climb).X(), 2);
   EXPECT_EQ(Access<T>::HessianCache(climb).X(), 2);
   EXPECT_EQ(Access<T>::CachedPoint(climb).Dim(), 2);
-  EXPECT_EQ(Access<T>::Directions(climb)[1].Dim(), 2);
+  const T step = T_Climb<T>::aMinStep;
+  EXPECT_EQ(Values(Access<T>::Directions(climb)[0]), (std::vector<T>{step, 0}));
+  EXPECT_EQ(Values(Access<T>::Directions(climb)[1]), (std::vector<T>{0, step}));
   EXPECT_TRUE(RecordedObjective<T>::calls.empty());
 }
 
@@ -213,6 +215,77 @@ TYPED_TEST(ClimbSetupTest, CopiesShareNothing) {
   EXPECT_EQ(Values(copy.GetResult()), before);
   EXPECT_NE(static_cast<T*>(Access<T>::Directions(copy)[0]),
             static_cast<T*>(Access<T>::Directions(climb)[0]));
+}
+
+/// Fails unless both objects hold the same in every field. The numbers are those of the fields in
+/// the order of their declaration.
+template <class T>
+void ExpectSameFields(const T_Climb<T>& actual, const T_Climb<T>& expected) {
+  const std::vector<const void*> a = Access<T>::FieldAddresses(actual);
+  const std::vector<const void*> b = Access<T>::FieldAddresses(expected);
+  const auto each = [&]<class Field>(std::initializer_list<std::size_t> fields, const Field*,
+                                     const auto& read) {
+    for (const std::size_t i : fields) {
+      EXPECT_EQ(read(*static_cast<const Field*>(a[i])), read(*static_cast<const Field*>(b[i])))
+          << "field " << i;
+    }
+  };
+  each({0, 28}, static_cast<const T*>(nullptr), [](T x) { return x; });
+  each({1, 2, 3, 5, 17, 19, 22, 23, 29}, static_cast<const int*>(nullptr), [](int x) { return x; });
+  // The copy of a reference is the value referred to.
+  each({4, 6, 7, 8, 9, 10}, static_cast<const Variable*>(nullptr), [](const Variable& x) {
+    return x.TypeWord() == VARTYPE_CPP_POINTER ? reinterpret_cast<std::intptr_t>(x.GetCppPointer())
+                                               : std::intptr_t{x.GetInt32Numb()};
+  });
+  each({11, 12, 13, 14, 15, 16, 18, 20, 27}, static_cast<const T_MatVectorCol<T>*>(nullptr),
+       [](const T_MatVectorCol<T>& x) { return Values(x); });
+  each({21}, static_cast<T_MatVectorCol<T>* const*>(nullptr),
+       [](const T_MatVectorCol<T>* x) { return std::pair(Values(x[0]), Values(x[1])); });
+  each({24, 25, 26}, static_cast<const T_Matrix<T>*>(nullptr), [](const T_Matrix<T>& x) {
+    return std::vector<T>{x(0, 0), x(0, 1), x(1, 0), x(1, 1)};
+  });
+}
+
+template <class T>
+T Slope(T_MatVector<T>& x, int i, Variable* /*extra*/) {
+  return 2 * x[i];
+}
+
+TYPED_TEST(ClimbSetupTest, CopiesTakeEveryField) {
+  using T = TypeParam;
+  T_Climb<T> climb =
+      MakeClimb<T>([](const T* x) { return x[0] * x[0] + x[1] * x[1] + x[0] * x[1]; },
+                   {-3, 3, -2, 3}, {2, 1}, T(1e-3));
+  climb.Solve();  // fills points, directions and matrices
+  T_MatVectorCol<T> x(climb.GetResult());
+  delete climb.GetCovariationMatrix(x);
+  T_MatVectorCol<T> steps = Vector<T>({T(0.25), T(0.5)});
+  climb.SetMinStep(steps);
+  steps = Vector<T>({1, 2});
+  climb.SetMaxStep(steps);
+  climb.SetMaxItterationNumber(17);
+  climb.SetSymmetricDerivative(1);
+  climb.SetSilent(0);
+  climb.SetErrorIfMaxItterNumberExceed(0);
+  climb.SetLimitDirectionStep(1);
+  climb.SetMaxRealtiveStepNorm(T(0.5));
+  Access<T>::CovarianceFlag(climb) = 0;
+  Variable value(std::int32_t{7});
+  climb.SetExtraParam(value);
+  value = 8;
+  climb.SetProgressWnd(value);
+  Variable slope;
+  slope.SetCppPointer(reinterpret_cast<void*>(&Slope<T>));
+  climb.SetDerivFunc(slope);
+  slope.SetCppPointer(&slope);  // never called
+  climb.SetDeriv2Func(slope);
+  Variable other(std::int32_t{9});
+  climb.SetGradFunc(other);
+  const T_Climb<T> copy(climb);
+  ExpectSameFields(copy, climb);
+  T_Climb<T> assigned = MakeClimb<T>(Zero<T>, {0, 1}, {0}, T(1e-2));
+  assigned = climb;
+  ExpectSameFields(assigned, climb);
 }
 
 TYPED_TEST(ClimbSetupTest, AssignmentDoesNotWriteToTheProgressWindowOfTheTarget) {

@@ -205,6 +205,21 @@ TYPED_TEST(ClimbTrajectoryTest, DerivativeFunction) {
   }
 }
 
+TYPED_TEST(ClimbTrajectoryTest, CurvatureThatUnderflowsEndsAQuasiNewtonRun) {
+  using T = TypeParam;
+  // A plane with a slight twist: the gradient has a length and dx.dg is a number, but the square of
+  // the change of the gradient is not.
+  const T tiny = sizeof(T) == 4 ? T(1e-21F) : static_cast<T>(1e-160);
+  const problems::Problem<T> problem{
+      "tiny plane", {T(0.9), 2}, {T(-2), T(1), T(-3), T(3)}, 0, 0, [tiny](const T* x) {
+        return tiny * (x[0] + 2 * x[1] + x[0] * x[1] * T(1e-3));
+      }};
+  for (int method = 0; method < 2; ++method) {
+    this->Compare(problem, Methods<T>()[static_cast<std::size_t>(method)], kSettings[0], T(0));
+  }
+  EXPECT_EQ(this->restarts_, 0);
+}
+
 TYPED_TEST(ClimbTrajectoryTest, CoarseAndZeroAccuracy) {
   for (const auto& problem : problems::Bounded<TypeParam>()) {
     for (const auto& method : Methods<TypeParam>()) {

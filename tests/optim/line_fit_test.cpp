@@ -148,6 +148,8 @@ TYPED_TEST(LineFitTest, PlainFitIsTheStatedSumsBitForBit) {
         EXPECT_EQ(Bits(fit.GetA(k)), Bits(expected.coeff[static_cast<std::size_t>(k)]));
         EXPECT_EQ(fit.GetResult()[k], fit.GetA(k));
       }
+      EXPECT_EQ(fit.GetA(-1), 0);
+      EXPECT_EQ(fit.GetA(m), 0);
       EXPECT_EQ(Bits(fit.GetChi2()), Bits(expected.chi2));
       EXPECT_EQ(Bits(fit.GetResidue()), Bits(expected.residue));
       EXPECT_EQ(Bits(fit.GetLogProb()), Bits(expected.logProb));
@@ -245,6 +247,52 @@ TYPED_TEST(LineFitTest, BadlyScaledMatrixIsShifted) {
   T_Line_LSQM2<T> fit = MakeFit(basis, points);
   fit.DoIt(0);
   EXPECT_EQ(fit.GetA(0), 1);
+}
+
+/// A basis of which each point sees one function.
+template <class T>
+T AtOne(T x, void*) {
+  return x == 1 ? T(1) : T(0);
+}
+template <class T>
+T AtTwo(T x, void*) {
+  return x == 2 ? T(1) : T(0);
+}
+
+TYPED_TEST(LineFitTest, MatrixIsShiftedOutsideItsRangeOfDeterminants) {
+  using T = TypeParam;
+  for (const double det : {0.5e-16, 2e-16, 0.5e16, 2e16}) {
+    Points<T> points;
+    points.Add(1, 1, static_cast<T>(1 / det));
+    Basis<T> basis = {AtOne<T>};
+    T_Line_LSQM2<T> fit = MakeFit(basis, points);
+    fit.DoIt(0);
+    const bool shifted = det < 1e-16 || det > 1e16;
+    EXPECT_NEAR(fit.GetA(0), shifted ? 1 / 1.001 : 1, 1e-6) << det;
+  }
+}
+
+TYPED_TEST(LineFitTest, ShiftIsAThousandthOfTheSmallestDiagonalElement) {
+  using T = TypeParam;
+  // The normal matrix is diagonal: 4e10 and 1e10, in both orders.
+  for (const bool smallestFirst : {false, true}) {
+    Points<T> points;
+    points.Add(1, 1, smallestFirst ? T(1e-10) : T(0.25e-10));
+    points.Add(2, 1, smallestFirst ? T(0.25e-10) : T(1e-10));
+    Basis<T> basis = {AtOne<T>, AtTwo<T>};
+    T_Line_LSQM2<T> fit = MakeFit(basis, points);
+    fit.DoIt(0);
+    EXPECT_NEAR(fit.GetA(smallestFirst ? 0 : 1), 1 / 1.001, 1e-6);
+    EXPECT_NEAR(fit.GetA(smallestFirst ? 1 : 0), 1 / 1.00025, 1e-6);
+  }
+  if (sizeof(T) == 4) return;
+  // The search for the smallest starts at 1e37.
+  Points<T> points;
+  points.Add(1, 1, static_cast<T>(1e-40));
+  Basis<T> basis = {AtOne<T>};
+  T_Line_LSQM2<T> fit = MakeFit(basis, points);
+  fit.DoIt(0);
+  EXPECT_NEAR(fit.GetA(0), 1 / 1.000001, 1e-9);
 }
 
 TYPED_TEST(LineFitTest, DependentBasisIsSolvedAfterTheShift) {
@@ -451,6 +499,38 @@ TYPED_TEST(LineFitTest, CopiesShareNothingButTheArrays) {
   EXPECT_NE(copy.GetA(0), a0);
   EXPECT_EQ(fit.GetA(0), a0);
   EXPECT_EQ(assigned.GetA(0), a0);
+}
+
+TYPED_TEST(LineFitTest, CopiesTakeEverySetting) {
+  using T = TypeParam;
+  Points<T> points = Parabola<T>(30, 0.1);
+  AddOutliers(points);
+  Basis<T> basis = {One<T>, Scaled<T>};
+  T factor = 2;
+  T_Line_LSQM2<T> fit = MakeFit(basis, points, T(1e-2));
+  fit.SetExtraParam(&factor);
+  fit.SetPrior(1);
+  T_Line_LSQM2<T> copy(fit);
+  Basis<T> square = {Square<T>};
+  Points<T> few = Parabola<T>(3, 0.1);
+  T_Line_LSQM2<T> assigned = MakeFit(square, few);
+  assigned = fit;
+  fit.DoIt(1);
+  for (auto* other : {&copy, &assigned}) {
+    other->DoIt(1);
+    for (const int k : {0, 1}) EXPECT_EQ(Bits(other->GetA(k)), Bits(fit.GetA(k)));
+    EXPECT_EQ(Bits(other->GetChi2()), Bits(fit.GetChi2()));
+  }
+  // The likelihood and the accuracy show in the result.
+  T_Line_LSQM2<T> otherPrior(copy);
+  otherPrior.SetPrior(0);
+  otherPrior.DoIt(1);
+  EXPECT_NE(otherPrior.GetA(0), fit.GetA(0));
+  T_Line_LSQM2<T> finer = MakeFit(basis, points, T(1e-5));
+  finer.SetExtraParam(&factor);
+  finer.SetPrior(1);
+  finer.DoIt(1);
+  EXPECT_NE(finer.GetA(0), fit.GetA(0));
 }
 
 TYPED_TEST(LineFitTest, RefusedMemoryRaisesOrDegrades) {
