@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "arrays/sort.h"
+#include "arrays/unique_sort.h"
 #include "frame/host.h"
 
 namespace {
@@ -40,6 +41,8 @@ void BuildCumulativeDistr(float* x, int n, float*& xs, float*& p, int& m) {
   }
   std::copy_n(x, count, xs);
   QSort(xs, count);
+  // An array with a single order that is not sorted now got no work areas from the heap.
+  if (tarn::HasUniqueOrder(xs, count) && !std::is_sorted(xs, xs + count)) std::sort(xs, xs + count);
   for (int i = 0; i < count; ++i) p[i] = static_cast<float>(i + 1) / static_cast<float>(m);
 }
 

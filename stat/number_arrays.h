@@ -19,9 +19,11 @@ inline NumberArray NewNumbers(std::int64_t count) {
   return NumberArray(new (std::nothrow) double[static_cast<std::size_t>(count)]);
 }
 
-/// A new array with a converted copy of `count` numbers; null when memory is refused.
+/// A new array with a converted copy of `count` numbers; null when memory is refused and when there
+/// is nothing to copy from.
 template <class Element>
 NumberArray CopyNumbers(const Element* numbers, std::int64_t count) {
+  if (numbers == nullptr && count > 0) return nullptr;
   NumberArray copy = NewNumbers(count);
   if (!copy) return copy;
   for (std::int64_t i = 0; i < count; ++i) copy[static_cast<std::size_t>(i)] = numbers[i];

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <type_traits>
 
+#include "stat/native_values.h"
+
 namespace tarn {
 namespace {
 
@@ -76,6 +78,9 @@ struct NoPrior {
   }
 };
 
+/// Values, dispersions, weights and their count.
+constexpr int kArgumentCount = 4;
+
 template <class Prior, class Axis>
 constexpr bool kSkipsZeroDispersion =
     !(Axis::kLogarithmic && std::is_same_v<Prior, LimitedJeffreysPrior>);
@@ -92,6 +97,7 @@ double OverArrays(double location, double* data, double* disp, double* weight, i
 
 template <class Prior, class Axis>
 double OverScriptArray(double location, Variable& args) {
+  if (args.GetDim() < kArgumentCount) return 0.0;
   return OverArrays<Prior, Axis>(location, static_cast<double*>(args[0].GetCppPointer()),
                                  static_cast<double*>(args[1].GetCppPointer()),
                                  static_cast<double*>(args[2].GetCppPointer()),
@@ -100,7 +106,7 @@ double OverScriptArray(double location, Variable& args) {
 
 template <class Prior, class Axis>
 double AsCallback(double location, void* args) {
-  return OverScriptArray<Prior, Axis>(location, *static_cast<Variable*>(args));
+  return OverScriptArray<Prior, Axis>(location, ValueAt(args));
 }
 
 template <class Prior, class Axis>

@@ -33,7 +33,8 @@
 using CProbFunc = double (*)(double location, double* data, double* disp, double* weight, int n);
 
 /// The same over a script array: elements 0, 1 and 2 hold the three arrays as native pointers,
-/// element 3 the count. The result has the same bits as the array form.
+/// element 3 the count. The result has the same bits as the array form. An array of fewer elements,
+/// such as one that the host heap refused, gives 0.
 using ProbFunc = double (*)(double location, Variable& args);
 
 namespace tarn {
@@ -42,7 +43,8 @@ namespace tarn {
 struct ProbabilityFunction {
   CProbFunc overArrays;
   ProbFunc overScriptArray;
-  /// The script form as the searches call it, the extra parameter by address.
+  /// The script form as the searches call it: the extra parameter, itself handed over by address,
+  /// holds the address of the array.
   double (*asCallback)(double location, void* args);
 };
 

@@ -25,9 +25,11 @@ inline std::unique_ptr<SamplePair[]> NewSortedPairs(const double* values, const 
   std::unique_ptr<SamplePair[]> pairs(new (std::nothrow) SamplePair[size]);
   if (!pairs) return pairs;
   for (std::size_t i = 0; i < size; ++i) pairs[i] = {values[i], companions[i]};
-  std::stable_sort(pairs.get(), pairs.get() + size, [](const SamplePair& a, const SamplePair& b) {
-    return a.value < b.value || (std::isnan(b.value) && !std::isnan(a.value));
-  });
+  SamplePair* const numbersEnd =
+      std::stable_partition(pairs.get(), pairs.get() + size,
+                            [](const SamplePair& pair) { return !std::isnan(pair.value); });
+  std::stable_sort(pairs.get(), numbersEnd,
+                   [](const SamplePair& a, const SamplePair& b) { return a.value < b.value; });
   return pairs;
 }
 

@@ -58,11 +58,11 @@ double GuessLocation(const double* x, const double* p, Stretch stretch) {
 }
 
 /// Sum of squared distances between the points and the normal cumulative distribution; parameters
-/// location and ln sigma, `extra` an array {x, p, count}.
-double SquaredDistances(T_MatVector<double>& parameters, Variable* extra) {
-  const auto* x = static_cast<const double*>((*extra)[0].GetCppPointer());
-  const auto* p = static_cast<const double*>((*extra)[1].GetCppPointer());
-  const int count = (*extra)[2].GetInt32Numb();
+/// location and ln sigma, `points` an array {x, p, count}.
+double SquaredDistances(T_MatVector<double>& parameters, Variable& points) {
+  const auto* x = static_cast<const double*>(points[0].GetCppPointer());
+  const auto* p = static_cast<const double*>(points[1].GetCppPointer());
+  const int count = points[2].GetInt32Numb();
   const double location = parameters[0];
   const double scale = std::exp(parameters[1]) * std::sqrt(2.0);
   double sum = 0.0;
@@ -71,6 +71,16 @@ double SquaredDistances(T_MatVector<double>& parameters, Variable* extra) {
     sum += difference * difference;
   }
   return sum;
+}
+
+constexpr int kObjectiveArguments = 3;
+constexpr int kParameters = 2;
+
+/// The same for the minimiser, whose extra parameter leads to the array. A point whose memory was
+/// refused has no value.
+double Objective(T_MatVector<double>& parameters, Variable* extra) {
+  if (parameters.Dim() != kParameters) return std::numeric_limits<double>::quiet_NaN();
+  return SquaredDistances(parameters, tarn::ValueAt(extra));
 }
 
 T_MatVectorCol<double>* NewResult(double location, double scale, double locationError,
@@ -144,23 +154,26 @@ T_MatVectorCol<double>* Stat::FitCumulativeDistribution(double* x, double* p, in
                           std::log(100.0 * std::sqrt(Disp))};
   double start[2] = {GuessLocation(x, p, stretch), std::log(spread)};
 
-  Variable objective = tarn::NativeFunction(SquaredDistances);
-  Variable points(VARTYPE_ARRAY, 3);
+  Variable points(VARTYPE_ARRAY, kObjectiveArguments);
+  if (points.GetDim() != kObjectiveArguments) return nullptr;
   points[0].SetCppPointer(x + stretch.first);
   points[1].SetCppPointer(p + stretch.first);
   points[2] = stretch.last - stretch.first + 1;
-  T_Climb<double> minimiser(objective, 2, boundaries, start, Accuracy);
-  minimiser.SetExtraParam(points);
+  Variable objective = tarn::NativeFunction(Objective);
+  Variable extra = tarn::AddressOf(points);
+  T_Climb<double> minimiser(objective, kParameters, boundaries, start, Accuracy);
+  minimiser.SetExtraParam(extra);
   minimiser.SetErrorIfMaxItterNumberExceed(0);
   minimiser.Solve();
 
   T_MatVectorCol<double> optimum(minimiser.GetResult());
-  if (optimum.Dim() != 2) return nullptr;
+  if (optimum.Dim() != kParameters) return nullptr;
   const std::unique_ptr<T_Matrix<double>> hessian(minimiser.GetHessian(optimum));
   const std::unique_ptr<T_Matrix<double>> covariance(hessian ? hessian->PseudoInverse() : nullptr);
-  const double residue = SquaredDistances(optimum, &points);
+  const double residue = SquaredDistances(optimum, points);
   const auto errorOf = [&](int k) {
-    if (!covariance || covariance->X() != 2) return std::numeric_limits<double>::quiet_NaN();
+    if (!covariance || covariance->X() != kParameters)
+      return std::numeric_limits<double>::quiet_NaN();
     return std::sqrt(2.0 * std::fabs(residue * (*covariance)(k, k)) / n);
   };
   return NewResult(optimum[0], std::exp(optimum[1]) / std::sqrt(static_cast<double>(len)),

@@ -1,6 +1,7 @@
 /// @file
 /// Normal or log-normal: the marginal likelihoods that decide it.
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -20,12 +21,9 @@ double LnMarginalOfVariance(double n, double variance) {
          (n - 1.0) / 2.0 * std::log(n) - n / 2.0 * std::log(variance);
 }
 
-bool HasOnlyPositiveValues(const double* x, int n) {
-  double smallest = 1.03;
-  for (int i = 0; i < n; ++i) {
-    if (x[i] < smallest) smallest = x[i];
-  }
-  return smallest > 0.0;
+/// Whether no value is 0 or below. NaN is neither.
+bool HasNoneUpToZero(const double* x, int n) {
+  return std::none_of(x, x + n, [](double value) { return value <= 0.0; });
 }
 
 struct Moments {
@@ -47,28 +45,26 @@ Moments MomentsOf(const double* x, int n) {
 
 DISTR_TYPE Stat::CheckDistrType(double* x, int n) {
   if (n < 2) return DISTR_GAUSS;
-  double smallest = x[n - 1];
-  double largest = x[n - 1];
+  bool isConstant = true;
   for (int i = n - 1; i >= 0; --i) {
     if (!(x[i] > 0.0)) return DISTR_GAUSS;
-    if (x[i] < smallest) smallest = x[i];
-    if (x[i] > largest) largest = x[i];
+    isConstant &= x[i] == x[0];
   }
-  if (smallest == largest) return DISTR_GAUSS;
+  if (isConstant) return DISTR_GAUSS;
   const double gauss = GetLogLikelihoodOfGauss(x, n);
   const double logNormal = GetLogLikelihoodOfLogNormal(x, n);
   return logNormal >= gauss + 1.0 ? DISTR_LOGNORMAL : DISTR_GAUSS;
 }
 
 double Stat::GetLogLikelihoodOfGauss(double* x, int n) {
-  if (!HasOnlyPositiveValues(x, n)) return 0.0;
+  if (!HasNoneUpToZero(x, n)) return 0.0;
   const double variance = MomentsOf(x, n).variance;
   return LnMarginalOfVariance(n, variance) - std::log(20.0 * std::sqrt(variance)) - kLnPriorRange;
 }
 
 double Stat::GetLogLikelihoodOfLogNormal(double* x, int n) {
   constexpr double kImpossible = -1e300;
-  if (!HasOnlyPositiveValues(x, n)) return kImpossible;
+  if (!HasNoneUpToZero(x, n)) return kImpossible;
   tarn::SmallWorkArea work(n);
   if (!work) return kImpossible;
   double* const logarithms = work.Get();

@@ -6,11 +6,11 @@
 #include <numbers>
 
 #include "arrays/search.h"
-#include "arrays/sort.h"
 #include "optim/golden_section.h"
 #include "special/error_function.h"
 #include "stat/native_values.h"
 #include "stat/number_arrays.h"
+#include "stat/sort_numbers.h"
 #include "stat/stat.h"
 
 namespace {
@@ -74,10 +74,12 @@ class TrimmedSample {
   double mean_;
 };
 
+constexpr int kMisfitEntries = 3;
+
 /// Sum over the last quarter of the entries of (V - c^2 v(T))^2, v(t) the variance of a unit normal
-/// cut at +-t sqrt(2); `extra` is an array {T, V, count}.
+/// cut at +-t sqrt(2); `extra` leads to an array {T, V, count}.
 double TrimmingMisfit(double c, void* extra) {
-  Variable& entries = *static_cast<Variable*>(extra);
+  Variable& entries = tarn::ValueAt(extra);
   const auto* t = static_cast<const double*>(entries[0].GetCppPointer());
   const auto* v = static_cast<const double*>(entries[1].GetCppPointer());
   const int count = entries[2].GetInt32Numb();
@@ -91,16 +93,17 @@ double TrimmingMisfit(double c, void* extra) {
   return sum;
 }
 
-double FitScale(double* t, double* v, int count, double lo, double hi) {
+/// `entries` has room for the three arguments of the misfit.
+double FitScale(Variable& entries, double* t, double* v, int count, double lo, double hi) {
   constexpr double kTolerance = 1e-7;
   Variable misfit = tarn::NativeFunction(TrimmingMisfit);
-  Variable entries(VARTYPE_ARRAY, 3);
   entries[0].SetCppPointer(t);
   entries[1].SetCppPointer(v);
   entries[2] = count;
   double bracket[2] = {lo, hi};
   GoldSection_Double search(misfit, bracket, kTolerance);
-  search.SetExtraParam(entries);
+  Variable extra = tarn::AddressOf(entries);
+  search.SetExtraParam(extra);
   return search.Solve();
 }
 
@@ -113,8 +116,10 @@ int CountWithin(const double* x, int n, double centre, double halfWidth) {
 }
 
 /// The scale of a normal law from how the variance shrinks under trimming; `t` and `v` are work
-/// areas of `rounds` numbers, `sorted` holds the n values in ascending order.
-double ScaleByTrimming(const double* sorted, int n, double* t, double* v, int rounds) {
+/// areas of `rounds` numbers, `entries` one of three values; `sorted` holds the n values in
+/// ascending order.
+double ScaleByTrimming(const double* sorted, int n, double* t, double* v, int rounds,
+                       Variable& entries) {
   InverseErrorFunction inverseErf;
   TrimmedSample sample(sorted, n);
   const double upper = 2.0 * std::sqrt(sample.Variance());
@@ -124,7 +129,7 @@ double ScaleByTrimming(const double* sorted, int n, double* t, double* v, int ro
     sample.DropFartherExtreme();
   }
   const double lower = v[rounds - 1] / 4.0;
-  const double scale = FitScale(t, v, rounds, lower, upper);
+  const double scale = FitScale(entries, t, v, rounds, lower, upper);
 
   // Once more, with what lies within three scales for the whole population.
   const double population = CountWithin(sorted, n, sample.Mean(), 3.0 * scale);
@@ -137,7 +142,7 @@ double ScaleByTrimming(const double* sorted, int n, double* t, double* v, int ro
       first = i;
     }
   }
-  return FitScale(t + first, v + first, rounds - first, lower, upper);
+  return FitScale(entries, t + first, v + first, rounds - first, lower, upper);
 }
 
 }  // namespace
@@ -178,11 +183,12 @@ double* Stat::EstimateDisp(double* x, int n, double /*ignored*/) {
   tarn::NumberArray result = tarn::NewNumbers(n);
   const tarn::NumberArray t = tarn::NewNumbers(rounds);
   const tarn::NumberArray v = tarn::NewNumbers(rounds);
-  if (!sorted || !result || !t || !v) return nullptr;
+  Variable entries(VARTYPE_ARRAY, kMisfitEntries);
+  if (!sorted || !result || !t || !v || entries.GetDim() != kMisfitEntries) return nullptr;
   double dispersion = 0.0;
   if (n > 1) {
-    QSort(sorted.get(), n);
-    const double scale = ScaleByTrimming(sorted.get(), n, t.get(), v.get(), rounds);
+    tarn::SortNumbers(sorted.get(), n);
+    const double scale = ScaleByTrimming(sorted.get(), n, t.get(), v.get(), rounds, entries);
     dispersion = scale * scale;
   }
   for (int i = 0; i < n; ++i) result[static_cast<std::size_t>(i)] = dispersion;

@@ -184,7 +184,8 @@ void Stat::FindDisp0(Disp0RootFunction rootFunction) {
     do {
       m = (a + b) / 2.0;
       const double fm = f(m);
-      if (fm == 0.0) break;
+      // The middle is an end where the interval holds no number between its ends.
+      if (fm == 0.0 || m == a || m == b) break;
       if (fm * fa < 0.0) {
         b = m;
       } else {

@@ -7,10 +7,10 @@
 #include <memory>
 #include <new>
 
-#include "arrays/sort.h"
 #include "optim/golden_section.h"
 #include "stat/native_values.h"
 #include "stat/number_arrays.h"
+#include "stat/sort_numbers.h"
 #include "stat/stat.h"
 #include "tfunc/tfunc.h"
 
@@ -18,15 +18,15 @@ namespace {
 
 constexpr int kSubsetSize = 1000;
 constexpr int kScanPoints = 100;
+constexpr int kArgumentCount = 4;
 
-/// The array {values, dispersions, weights, count} that the probability functions read.
-Variable NewArguments(double* values, double* dispersions, double* weights, int count) {
-  Variable args(VARTYPE_ARRAY, 4);
+/// Fills the array {values, dispersions, weights, count} that the probability functions read.
+void StoreArguments(Variable& args, double* values, double* dispersions, double* weights,
+                    int count) {
   args[0].SetCppPointer(values);
   args[1].SetCppPointer(dispersions);
   args[2].SetCppPointer(weights);
   args[3] = count;
-  return args;
 }
 
 /// First and last place of the largest number of a scan; numbers that are NaN never count.
@@ -157,7 +157,7 @@ T_MatVectorCol<double>* Stat::GetMostProbableValue(int prior, int logNormal) {
 /// Overwrites `result` unless memory is missing.
 void Stat::TakeMostProbableValueOfSubset(T_MatVectorCol<double>& result, int prior, int logNormal) {
   const std::unique_ptr<Stat> subset(SampleSubset(kSubsetSize));
-  if (!subset || subset->Len() == 0) return;
+  if (!subset) return;
   const std::unique_ptr<T_MatVectorCol<double>> ofSubset(
       subset->GetMostProbableValue(prior, logNormal));
   if (!ofSubset) return;
@@ -179,14 +179,15 @@ void Stat::SearchMostProbableValue(T_MatVectorCol<double>& result, int prior, in
 
   const tarn::NumberArray distinct = tarn::CopyNumbers(Data, len);
   if (!distinct) return;
-  QSort(distinct.get(), len);
+  tarn::SortNumbers(distinct.get(), len);
   const int count = RemoveEqualNeighbours(distinct.get(), len);
   const int points = std::min(count, kScanPoints);
   tarn::SmallWorkArea grid(points);
-  if (!grid) return;
+  Variable args(VARTYPE_ARRAY, kArgumentCount);
+  if (!grid || args.GetDim() != kArgumentCount) return;
+  StoreArguments(args, Data, dispersions, weights, len);
 
   const tarn::ProbabilityFunction& f = tarn::FindProbabilityFunction(prior, logNormal);
-  Variable args = NewArguments(Data, dispersions, weights, len);
   const auto g = [&](double x) { return -f.overArrays(x, Data, dispersions, weights, len); };
   Bracket bracket = ScanCoarsely(distinct.get(), count, g);
   bracket = ScanFinely(bracket, points, grid.Get(), g);
@@ -198,7 +199,8 @@ void Stat::SearchMostProbableValue(T_MatVectorCol<double>& result, int prior, in
   Variable callback = tarn::NativeFunction(f.asCallback);
   double boundaries[2] = {bracket.lower, bracket.upper};
   GoldSection_Double search(callback, boundaries, Accuracy);
-  search.SetExtraParam(args);
+  Variable extra = tarn::AddressOf(args);
+  search.SetExtraParam(extra);
   const double location = search.Solve();
   const double squaredError =
       GetSEM2OfMostProbableValue(location, f.overScriptArray, args, logNormal);

@@ -8,6 +8,7 @@
 #include "arrays/median.h"
 #include "arrays/sort.h"
 #include "stat/number_arrays.h"
+#include "stat/sort_numbers.h"
 #include "stat/stat.h"
 
 namespace {
@@ -103,7 +104,7 @@ void Stat::GetCumulativeDistr(double*& x, double*& p, int& n) {
       ReleaseCumulativeDistr();
       return;
     }
-    QSort(sorted.get(), len);
+    tarn::SortNumbers(sorted.get(), len);
     const double step = static_cast<double>(len) / points;
     CumLen = FillBuckets(sorted.get(), len, step, CumX, CumP);
     FinishCumulativeDistr();

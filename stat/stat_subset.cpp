@@ -2,11 +2,12 @@
 /// Thinning of a long sample by equal steps of rank.
 
 #include <cmath>
+#include <memory>
 #include <new>
 
-#include "arrays/sort.h"
 #include "stat/number_arrays.h"
 #include "stat/sample_pair.h"
+#include "stat/sort_numbers.h"
 #include "stat/stat.h"
 
 namespace {
@@ -25,7 +26,7 @@ Stat* ThinValues(const double* values, int n, int k) {
   const tarn::NumberArray sorted = tarn::CopyNumbers(values, n);
   const tarn::NumberArray taken = tarn::NewNumbers(n);
   if (!sorted || !taken) return nullptr;
-  QSort(sorted.get(), n);
+  tarn::SortNumbers(sorted.get(), n);
   int count = 0;
   ForEveryStep(n, static_cast<double>(n) / k, [&](int rank) {
     taken[static_cast<std::size_t>(count++)] = sorted[static_cast<std::size_t>(rank)];
@@ -52,7 +53,11 @@ Stat* ThinPairs(const double* values, const double* dispersions, int n, int k) {
 
 Stat* Stat::SampleSubset(int k) {
   if (k < 1) return nullptr;
-  if (len <= k) return new (std::nothrow) Stat(*this);
-  if (DataDisp == nullptr) return ThinValues(Data, len, k);
-  return ThinPairs(Data, DataDisp, len, k);
+  std::unique_ptr<Stat> subset(len <= k              ? new (std::nothrow) Stat(*this)
+                               : DataDisp == nullptr ? ThinValues(Data, len, k)
+                                                     : ThinPairs(Data, DataDisp, len, k));
+  // A sample that lost its values or dispersions for lack of memory is none of this one.
+  const bool isWhole = subset && (subset->len == 0) == (len == 0) &&
+                       (subset->DataDisp == nullptr) == (DataDisp == nullptr);
+  return isWhole ? subset.release() : nullptr;
 }

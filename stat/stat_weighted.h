@@ -12,8 +12,9 @@
 /// mean 1 (a weight that is not positive first becomes the smallest positive one divided by n),
 /// their distribution type and dispersion, their correlation with the values, and a weighted mean
 /// with its error. Cumulative distribution, medians and script export are weighted versions, and
-/// the probability functions receive the weights. Where the weights cannot be copied for lack of
-/// memory the object is an empty sample.
+/// the probability functions receive the weights. Where the weights cannot be copied, for lack of
+/// memory or because the array is null, `Len` is 0, the weighted mean NaN and its error that of the
+/// unweighted one.
 ///
 /// The inherited `operator*=` scales what it names and nothing more: weighted mean, its error,
 /// correlation, and the weights with their dispersion and type stay as they were.
@@ -25,7 +26,8 @@ class TARN_API Stat_Weighted : public Stat {
   Stat_Weighted(double* x, double* d, double* w, int n);
   /// The same sample, computed anew from the normalised weights.
   Stat_Weighted(Stat_Weighted& other);
-  /// Copies every field; each object then owns its own arrays.
+  /// Copies every field; each object then owns its own arrays. `Len` is 0 when values or weights
+  /// cannot be copied.
   Stat_Weighted& operator=(const Stat_Weighted& other);
   ~Stat_Weighted() override;
 
@@ -40,11 +42,14 @@ class TARN_API Stat_Weighted : public Stat {
   /// | 5 and more | location of the cumulative fit | its second entry times sqrt(pi/2) |
   ///
   /// A fitted location outside the data is replaced by the result of `GetMedian_MAD`. Without a
-  /// fit, for lack of memory, both stay untouched.
+  /// fit, for lack of memory, both stay untouched. A fit cut short (see
+  /// `FitCumulativeDistribution`) counts as one.
   void GetMedian_SD(double& median, double& sd) override;
 
   /// Weighted median and weighted median of the absolute deviations, read off the cumulative
-  /// distributions at 1/2. One value: (value, 0); two: (weighted mean, their distance).
+  /// distributions at 1/2. One value: (value, 0); two: (weighted mean, their distance). Without
+  /// memory for the distribution both stay untouched, without memory for the deviations or their
+  /// distribution the mad does.
   void GetMedian_MAD(double& median, double& mad) override;
 
   /// As in `Stat`, with the running sum of the weights for the number of values.

@@ -1,7 +1,6 @@
 /// Distribution type, likelihoods, probability functions and the cumulative fit.
 
 #include <algorithm>
-#include <fstream>
 #include <memory>
 #include <numbers>
 #include <sstream>
@@ -15,21 +14,6 @@ namespace {
 using namespace stat_test;
 
 using Vector = std::unique_ptr<T_MatVectorCol<double>>;
-
-std::vector<std::string> ReadRows(const std::string& name) {
-  std::ifstream file(std::string(TARN_SOURCE_DIR) + "/tests/stat/data/" + name);
-  std::vector<std::string> rows;
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty() && line[0] != '#') rows.push_back(line);
-  }
-  return rows;
-}
-
-std::vector<double> Take(std::istream& row, int n) {
-  std::vector<double> values(static_cast<std::size_t>(n));
-  for (double& value : values) row >> value;
-  return values;
-}
 
 int TypeOf(std::vector<double> x) { return StatAccess::CheckDistrType(x.data(), SizeOf(x)); }
 

@@ -8,8 +8,11 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <fstream>
+#include <istream>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "host/embedded_host.h"
@@ -31,6 +34,23 @@ inline bool SameBits(double a, double b) {
 
 inline int SizeOf(const std::vector<double>& values) { return static_cast<int>(values.size()); }
 
+/// The rows of a file of true values; lines that begin with # are comments.
+inline std::vector<std::string> ReadRows(const std::string& name) {
+  std::ifstream file(std::string(TARN_SOURCE_DIR) + "/tests/stat/data/" + name);
+  std::vector<std::string> rows;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && line[0] != '#') rows.push_back(line);
+  }
+  return rows;
+}
+
+/// The next `n` numbers of a row.
+inline std::vector<double> Take(std::istream& row, int n) {
+  std::vector<double> values(static_cast<std::size_t>(n));
+  for (double& value : values) row >> value;
+  return values;
+}
+
 /// What a derived class sees of a sample.
 class StatAccess : public Stat {
  public:
@@ -44,6 +64,7 @@ class StatAccess : public Stat {
   using Stat::GetLogLikelihoodOfGauss;
   using Stat::GetLogLikelihoodOfLogNormal;
   using Stat::GetSEM2OfMostProbableValue;
+  using Stat::ReleaseCumulativeDistr;
 
   using Stat::Accuracy;
   using Stat::AuxArray;
