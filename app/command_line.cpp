@@ -9,7 +9,8 @@ namespace {
 
 constexpr char kUsage[] = "tarn [OPTIONS] [FILE [ARGS...]]";
 constexpr char kDescription[] =
-    "Runs scripts with the functions of the module Tarn_base_math.\n"
+    "Runs scripts with the functions of the module Tarn_base_math and of its companion\n"
+    "Tarn_toolkit.\n"
     "\n"
     "FILE is a script; - stands for standard input. Everything after FILE belongs to the\n"
     "script, which finds it in the table arg. Without FILE and -e, a terminal gets a prompt,\n"
@@ -20,6 +21,7 @@ constexpr char kFooter[] =
     "\n"
     "Environment:\n"
     "  TARN_MODULE       the module to load; --module comes first\n"
+    "  TARN_TOOLKIT      the companion module to load; --toolkit comes first\n"
     "  XDG_STATE_HOME    the history of the prompt is tarn/history there, or in ~/.local/state\n"
     "\n"
     "Exit status: 0 success, 1 a script failed, 2 the command line is wrong or names a file that\n"
@@ -44,7 +46,7 @@ void DefineOptions(CLI::App& parser, CommandLine& commandLine) {
       ->allow_extra_args(false);
   parser.add_flag("-i,--interactive", commandLine.interactive, "open the prompt after the scripts")
       ->disable_flag_override();
-  parser.add_flag("--list", commandLine.list, "print the signatures of the module's functions")
+  parser.add_flag("--list", commandLine.list, "print the signatures of all functions")
       ->disable_flag_override();
   parser
       .add_option("--seed", commandLine.seed,
@@ -54,7 +56,15 @@ void DefineOptions(CLI::App& parser, CommandLine& commandLine) {
       ->check(CLI::NonNegativeNumber);
   parser.add_option("--module", commandLine.modulePath, "load the module from PATH")
       ->type_name("PATH");
-  parser.add_flag("--version", commandLine.version, "print what the module says about itself")
+  auto* toolkit = parser.add_option("--toolkit", commandLine.toolkitPath,
+                                    "load the companion module from PATH; without it the one\n"
+                                    "beside the module, if there is one");
+  toolkit->type_name("PATH");
+  parser
+      .add_flag("--no-toolkit", commandLine.noToolkit, "load the module alone, without companion")
+      ->disable_flag_override()
+      ->excludes(toolkit);
+  parser.add_flag("--version", commandLine.version, "print what the modules say about themselves")
       ->disable_flag_override();
   // The first word that is no option is FILE, and what follows is the script's.
   parser.prefix_command();

@@ -530,6 +530,9 @@ const HelpEntry* FindHelp(std::string_view name) {
 }
 
 std::string_view CommonErrors(std::string_view signature) {
+  // The companion module's functions say themselves what they take.
+  if (std::ranges::find(kEntries, signature, &HelpEntry::signature) == std::end(kEntries))
+    return "";
   if (signature == "Conjugate(any)") return "";
   if (signature.find("any") == std::string_view::npos) return "";
   return "Error 3: an argument that is no number, array, vector value or tabulated function.";

@@ -33,7 +33,8 @@ std::span<const HelpEntry> HelpEntries();
 /// The entry of a function; null when there is none of that name.
 const HelpEntry* FindHelp(std::string_view name);
 
-/// Errors that a function with this signature raises because of the kinds of its arguments.
+/// Errors that the function with this signature raises because of the kinds of its arguments; empty
+/// for other modules' functions.
 std::string_view CommonErrors(std::string_view signature);
 
 }  // namespace tarn

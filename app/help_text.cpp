@@ -43,9 +43,9 @@ std::string AllErrors(const HelpEntry& entry) {
 
 /// Calls `onFamily` before the first entry of each family and `onEntry` for each entry.
 template <class OnFamily, class OnEntry>
-void ForEachEntry(OnFamily onFamily, OnEntry onEntry) {
+void ForEachEntry(std::span<const HelpEntry> entries, OnFamily onFamily, OnEntry onEntry) {
   std::string_view family;
-  for (const HelpEntry& entry : HelpEntries()) {
+  for (const HelpEntry& entry : entries) {
     if (entry.family != family) onFamily(family = entry.family);
     onEntry(entry);
   }
@@ -121,9 +121,10 @@ std::string RenderEntry(const HelpEntry& entry) {
   return text + Wrap("Example", example);
 }
 
-std::string RenderIndex() {
+std::string RenderIndex(std::span<const HelpEntry> entries) {
   std::string text;
   ForEachEntry(
+      entries,
       [&text](std::string_view family) {
         text.append(text.empty() ? "" : "\n").append(family).append("\n");
       },
@@ -136,8 +137,10 @@ std::string RenderIndex() {
 
 std::string RenderReference() {
   std::string page(kReferenceHead);
-  ForEachEntry([&page](std::string_view family) { page += "\n## " + std::string(family) + '\n'; },
-               [&page](const HelpEntry& entry) { AppendReferenceEntry(page, entry); });
+  ForEachEntry(
+      HelpEntries(),
+      [&page](std::string_view family) { page += "\n## " + std::string(family) + '\n'; },
+      [&page](const HelpEntry& entry) { AppendReferenceEntry(page, entry); });
   return page;
 }
 

@@ -4,6 +4,7 @@
 /// @file
 /// The help data as people read it: at the terminal and as a page of the documentation.
 
+#include <span>
 #include <string>
 
 #include "app/help_data.h"
@@ -14,7 +15,7 @@ namespace tarn {
 std::string RenderEntry(const HelpEntry& entry);
 
 /// What `help()` prints: the functions by family, one line each.
-std::string RenderIndex();
+std::string RenderIndex(std::span<const HelpEntry> entries);
 
 /// The page docs/script-reference.md.
 std::string RenderReference();

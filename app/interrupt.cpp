@@ -12,30 +12,43 @@ constexpr char kCancelText[] = "Progress window got cancel";
 
 std::atomic<EmbeddedHost*> runningHost = nullptr;  // lock-free, as handlers need it
 volatile std::sig_atomic_t interrupted = 0;
+volatile std::sig_atomic_t signalsInRun = 0;  // while the present script runs
+volatile std::sig_atomic_t maySignalsKill = 0;
+
+void SetHandler(void (*handler)(int)) {
+  struct sigaction action = {};
+  action.sa_handler = handler;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+}
 
 extern "C" void HandleInterrupt(int) {
   interrupted = 1;
-  if (EmbeddedHost* host = runningHost) host->RequestStop();
-}
-
-void SetHandler(void (*handler)(int), int flags) {
-  struct sigaction action = {};
-  action.sa_handler = handler;
-  action.sa_flags = flags;
-  sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, nullptr);
+  EmbeddedHost* host = runningHost;
+  if (host == nullptr) return;
+  if (signalsInRun == 0) {
+    signalsInRun = 1;
+    host->RequestCancel();
+    return;
+  }
+  host->RequestStop();
+  if (maySignalsKill != 0) SetHandler(SIG_DFL);
 }
 
 }  // namespace
 
 InterruptScope::InterruptScope(InterruptMode mode) {
   interrupted = 0;
-  SetHandler(HandleInterrupt, mode == InterruptMode::kScript ? static_cast<int>(SA_RESETHAND) : 0);
+  maySignalsKill = mode == InterruptMode::kScript ? 1 : 0;
+  SetHandler(HandleInterrupt);
 }
 
-InterruptScope::~InterruptScope() { SetHandler(SIG_DFL, 0); }
+InterruptScope::~InterruptScope() { SetHandler(SIG_DFL); }
 
-RunningScript::RunningScript(EmbeddedHost& host) { runningHost = &host; }
+RunningScript::RunningScript(EmbeddedHost& host) {
+  signalsInRun = 0;
+  runningHost = &host;
+}
 
 RunningScript::~RunningScript() { runningHost = nullptr; }
 
@@ -47,14 +60,19 @@ bool TakeInterrupt() {
   return came;
 }
 
+bool IsEndedByInterrupt(const EmbeddedHost& host) {
+  return IsInterrupted() && host.HasError() && host.LastError().name == kCancelText;
+}
+
 std::string TakeErrorText(EmbeddedHost& host) {
+  const bool byInterrupt = IsEndedByInterrupt(host);
   HostError error = host.TakeError();
-  if (IsInterrupted() && error.name == kCancelText) error.message = "interrupted";
+  if (byInterrupt) error.message = "interrupted";
   return error.ToString();
 }
 
 void DieOfInterrupt() {
-  SetHandler(SIG_DFL, 0);
+  SetHandler(SIG_DFL);
   std::raise(SIGINT);
   std::abort();
 }

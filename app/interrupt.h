@@ -2,7 +2,8 @@
 #define TARN_APP_INTERRUPT_H
 
 /// @file
-/// Ctrl-C: ends the running script, or what is being typed, but not the prompt.
+/// Ctrl-C: cancels what the running script does, which the script may catch; a second one ends the
+/// script. At the prompt it drops what is being typed, but never ends the prompt.
 
 #include <string>
 
@@ -10,13 +11,13 @@
 
 namespace tarn {
 
-/// What an interrupt signal does beyond ending the running script.
+/// What interrupt signals do beyond ending the running script.
 enum class InterruptMode {
-  kScript,  ///< a second one kills the program, for a script that does not end
+  kScript,  ///< a third one kills the program, for a script that does not end
   kPrompt   ///< any number may come
 };
 
-/// While one of these exists, interrupt signals end the running script instead of the program.
+/// While one of these exists, interrupt signals act on the running script instead of the program.
 class InterruptScope {
  public:
   explicit InterruptScope(InterruptMode mode);
@@ -39,6 +40,8 @@ bool IsInterrupted();
 /// The same, and forgets it.
 bool TakeInterrupt();
 
+/// Whether the host's pending error is the one that an interrupt signal brought about.
+bool IsEndedByInterrupt(const EmbeddedHost& host);
 /// The text of the host's pending error, which is cleared. An error that an interrupt signal
 /// brought about reads "interrupted".
 std::string TakeErrorText(EmbeddedHost& host);

@@ -1,7 +1,6 @@
 #include "app/line_editor.h"
 
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,18 +11,12 @@
 
 #include "app/completion.h"
 #include "app/interrupt.h"
+#include "app/terminal.h"
 
 namespace tarn {
 namespace {
 
 constexpr int kHistoryLength = 1000;
-constexpr std::size_t kDefaultWidth = 80;
-
-std::size_t TerminalWidth() {
-  winsize size = {};
-  const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : kDefaultWidth;
-}
 
 /// Waits until there is input. False after an interrupt, also one that came just before.
 bool WaitForInput() {
@@ -136,7 +129,7 @@ unsigned char LineEditor::CompleteWord() {
     return CC_REFRESH;
   }
   if (names.size() == 1) return CC_REFRESH;
-  std::printf("\n%s", InColumns(names, TerminalWidth()).c_str());
+  std::printf("\n%s", InColumns(names, TerminalWidth(STDOUT_FILENO)).c_str());
   std::fflush(stdout);
   return CC_REDISPLAY;
 }

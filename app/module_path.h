@@ -2,7 +2,7 @@
 #define TARN_APP_MODULE_PATH_H
 
 /// @file
-/// Where the command finds the module.
+/// Where the command finds the modules.
 
 #include <optional>
 #include <string>
@@ -14,6 +14,9 @@ namespace tarn {
 /// from the folder of the program, else the one in that folder itself. Empty when there is none at
 /// either place; a chosen one is not checked.
 std::string FindModule(const std::optional<std::string>& chosen);
+
+/// The same for the companion module: TARN_TOOLKIT and libTarn_toolkit.so.
+std::string FindToolkit(const std::optional<std::string>& chosen);
 
 }  // namespace tarn
 

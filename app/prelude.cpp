@@ -1,8 +1,12 @@
 #include "app/prelude.h"
 
+#include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <vector>
 
 #include "app/help_text.h"
+#include "app/help_toolkit.h"
 
 namespace tarn {
 
@@ -15,12 +19,24 @@ std::string WithoutLastNewline(std::string text) {
   return text;
 }
 
+/// The entries of the functions that the host's modules have.
+std::vector<HelpEntry> EntriesOf(const EmbeddedHost& host) {
+  std::vector<HelpEntry> entries;
+  for (const std::span<const HelpEntry> all : {HelpEntries(), ToolkitHelpEntries()}) {
+    std::ranges::copy_if(all, std::back_inserter(entries), [&host](const HelpEntry& entry) {
+      return host.FindHandler(std::string(entry.Name())) != nullptr;
+    });
+  }
+  return entries;
+}
+
 /// Script text that defines the locals which the prelude reads.
-std::string HelpTables() {
-  std::string script = "local helpIndex = " + QuoteForScript(WithoutLastNewline(RenderIndex()));
+std::string HelpTables(std::span<const HelpEntry> entries) {
+  std::string script =
+      "local helpIndex = " + QuoteForScript(WithoutLastNewline(RenderIndex(entries)));
   script += " local helpTexts = {";
-  for (const HelpEntry& entry : HelpEntries()) {
-    script += std::string(entry.Name()) + " = ";
+  for (const HelpEntry& entry : entries) {
+    script.append("[").append(QuoteForScript(entry.Name())).append("] = ");
     script += QuoteForScript(WithoutLastNewline(RenderEntry(entry))) + ", ";
   }
   return script + "} ";
@@ -29,7 +45,7 @@ std::string HelpTables() {
 }  // namespace
 
 bool InstallPrelude(EmbeddedHost& host) {
-  return host.Evaluate(HelpTables() + kPreludeSource, nullptr, "prelude");
+  return host.Evaluate(HelpTables(EntriesOf(host)) + kPreludeSource, nullptr, "prelude");
 }
 
 std::string QuoteForScript(std::string_view text) {

@@ -69,10 +69,25 @@ local function describeTable(value, depth)
   return "{" .. table.concat(parts, ", ") .. "}"
 end
 
+-- A record or options on lines of their own: names in one column, values in the next.
+local function describeMembers(value, title)
+  local width = 0
+  for name in pairs(value) do width = math.max(width, #tostring(name)) end
+  local lines = {title}
+  for name, member in pairs(value) do
+    lines[#lines + 1] = string.format("  %-" .. width .. "s  %s", name, describe(member, 1))
+  end
+  return table.concat(lines, "\n")
+end
+
 function describe(value, depth)
   local meta = getmetatable(value)
   if type(value) == "table" and not (type(meta) == "table" and meta.__tostring) then
     return describeTable(value, depth + 1)
+  end
+  if type(value) == "userdata" and depth == 0 then
+    local title = tostring(value):match("^(%u%l+)%(")
+    if title == "Record" or title == "Options" then return describeMembers(value, title) end
   end
   if type(value) == "string" and depth > 0 then return string.format("%q", value) end
   if type(value) == "function" and functionName(value) then

@@ -7,6 +7,7 @@
 #include "app/interrupt.h"
 #include "app/line_editor.h"
 #include "app/prelude.h"
+#include "app/progress_bar.h"
 
 namespace tarn {
 namespace {
@@ -22,12 +23,20 @@ void PrintBanner(const EmbeddedHost& host) {
   std::printf("help() lists the functions, help(\"Beta_I\") tells about one. Ctrl-D ends.\n");
 }
 
+/// The name of the function or method that a word calls: what comes after the last colon.
+std::string CalledName(const std::string& word) { return word.substr(word.rfind(':') + 1); }
+
 /// Names for a word, those of functions with the parenthesis that comes next.
 std::vector<std::string> CompleteWord(EmbeddedHost& host, const std::string& word) {
   std::vector<std::string> names = host.Complete(word);
   if (names.size() != 1) return names;
+  const std::string called = CalledName(names.front()) + '(';
   for (const std::string& signature : host.Signatures()) {
-    if (signature.starts_with(names.front() + '(')) names.front() += '(';
+    if (!signature.starts_with(called) && signature.find('.' + called) == std::string::npos) {
+      continue;
+    }
+    names.front() += '(';
+    break;
   }
   return names;
 }
@@ -61,6 +70,7 @@ void RunInput(EmbeddedHost& host, const std::string& text) {
   bool succeeded = false;
   {
     const RunningScript running(host);
+    const ProgressDisplay progress(host);
     succeeded = host.Evaluate(script, nullptr, kChunkName);
   }
   std::fflush(stdout);

@@ -12,6 +12,7 @@
 #include "app/interrupt.h"
 #include "app/module_path.h"
 #include "app/prelude.h"
+#include "app/progress_bar.h"
 #include "app/prompt.h"
 #include "host/embedded_host.h"
 
@@ -26,15 +27,24 @@ void Complain(const std::string& problem) {
   std::fprintf(stderr, "tarn: %s\n", problem.c_str());
 }
 
-bool LoadModule(EmbeddedHost& host, const std::optional<std::string>& chosen) {
-  const std::string path = FindModule(chosen);
-  if (path.empty()) {
-    Complain("the module is not beside the program; name it with --module or TARN_MODULE");
-    return false;
-  }
+bool Load(EmbeddedHost& host, const std::string& path) {
   if (host.Load(path)) return true;
   Complain(TakeErrorText(host));
   return false;
+}
+
+bool LoadModule(EmbeddedHost& host, const std::optional<std::string>& chosen) {
+  const std::string path = FindModule(chosen);
+  if (!path.empty()) return Load(host, path);
+  Complain("the module is not beside the program; name it with --module or TARN_MODULE");
+  return false;
+}
+
+/// The companion module, which need not be there unless it is named.
+bool LoadToolkit(EmbeddedHost& host, const CommandLine& commandLine) {
+  if (commandLine.noToolkit) return true;
+  const std::string path = FindToolkit(commandLine.toolkitPath);
+  return path.empty() || Load(host, path);
 }
 
 /// Script text from standard input; a first line that begins with `#` is for the shell.
@@ -74,11 +84,13 @@ int RunScriptsToEnd(EmbeddedHost& host, const CommandLine& commandLine) {
   bool succeeded = false;
   {
     const RunningScript running(host);
+    const ProgressDisplay progress(host);
     succeeded = RunScripts(host, commandLine);
   }
   if (succeeded) return kExitSuccess;
+  const bool byInterrupt = IsEndedByInterrupt(host);
   Complain(TakeErrorText(host));
-  if (TakeInterrupt()) DieOfInterrupt();
+  if (byInterrupt) DieOfInterrupt();
   return kExitScriptError;
 }
 
@@ -93,7 +105,9 @@ void PrintLines(const std::vector<std::string>& lines) {
 }
 
 int RunWithHost(EmbeddedHost& host, CommandLine commandLine) {
-  if (!LoadModule(host, commandLine.modulePath)) return kExitUsage;
+  if (!LoadModule(host, commandLine.modulePath) || !LoadToolkit(host, commandLine)) {
+    return kExitUsage;
+  }
   if (commandLine.version) PrintLines(host.ModuleDescriptions());
   if (commandLine.list) PrintLines(host.Signatures());
   if (commandLine.version || commandLine.list) return kExitSuccess;

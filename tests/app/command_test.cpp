@@ -24,14 +24,14 @@ bool Contains(const std::string& text, const std::string& part) {
 // Options -----------------------------------------------------------------------------------------
 
 TEST(CommandTest, VersionPrintsTheModulesDescription) {
-  const CommandResult result = RunTarn({"--version"});
+  const CommandResult result = RunTarn({"--no-toolkit", "--version"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, "TARN Support DLL v5.0 |TARN version:5.09.02\n");
   EXPECT_EQ(result.err, "");
 }
 
 TEST(CommandTest, ListPrintsAllSignaturesInTheOrderOfTheTable) {
-  const CommandResult result = RunTarn({"--list"});
+  const CommandResult result = RunTarn({"--no-toolkit", "--list"});
   EXPECT_EQ(result.status, 0);
   const auto table =
       reinterpret_cast<TarnGetScriptFunctions>(tarn_ordinals[TARN_ORDINAL_GET_SCRIPT_FUNCTIONS])();
@@ -43,8 +43,9 @@ TEST(CommandTest, ListPrintsAllSignaturesInTheOrderOfTheTable) {
 TEST(CommandTest, HelpNamesEveryOption) {
   const CommandResult result = RunTarn({"--help"});
   EXPECT_EQ(result.status, 0);
-  for (const char* option : {"-e", "-i", "--list", "--seed", "--module", "--version", "--help",
-                             "FILE", "ARGS", "TARN_MODULE"}) {
+  for (const char* option :
+       {"-e", "-i", "--list", "--seed", "--module", "--version", "--help", "--toolkit",
+        "--no-toolkit", "FILE", "ARGS", "TARN_MODULE", "TARN_TOOLKIT"}) {
     EXPECT_TRUE(Contains(result.out, option)) << option;
   }
   EXPECT_EQ(RunTarn({"-h"}).out, result.out);
@@ -260,9 +261,42 @@ TEST(CommandTest, FindsTheModuleBesideTheProgram) {
 
   const std::string file = fs::path(TARN_MODULE_PATH).filename().string();
   fs::copy_file(TARN_MODULE_PATH, folder / ("lib/" + file));
-  EXPECT_EQ(RunTarn({"--version"}, setup).status, 0);
+  const CommandResult found = RunTarn({"--version"}, setup);
+  EXPECT_EQ(found.status, 0);
+  EXPECT_EQ(Lines(found.out).size(), 1u) << "no companion is beside it";
   fs::rename(folder / ("lib/" + file), folder / ("bin/" + file));
   EXPECT_EQ(RunTarn({"--version"}, setup).status, 0);
+}
+
+// The companion module ----------------------------------------------------------------------------
+
+constexpr char kDescriptions[] =
+    "TARN Support DLL v5.0 |TARN version:5.09.02\nTARN Toolkit v5.0 |TARN version:5.09.02\n";
+
+TEST(CommandTest, LoadsTheCompanionBesideTheModule) {
+  EXPECT_EQ(RunTarn({"--version"}).out, kDescriptions);
+  EXPECT_EQ(RunTarn({"-e", "print(MVector{3, 4}:Norm())"}).out, "5.0\n");
+  EXPECT_GT(Lines(RunTarn({"--list"}).out).size(), 41u);
+  const CommandResult without = RunTarn({"--no-toolkit", "-e", "print(Matrix)"});
+  EXPECT_EQ(without.out, "nil\n");
+}
+
+TEST(CommandTest, LoadsTheCompanionThatIsNamed) {
+  CommandSetup wrong;
+  wrong.environment["TARN_TOOLKIT"] = "/no/such/module.so";
+  EXPECT_EQ(RunTarn({"--version"}, wrong).status, 2);
+  EXPECT_EQ(RunTarn({"--no-toolkit", "--version"}, wrong).status, 0);
+  EXPECT_EQ(RunTarn({"--toolkit", TARN_TOOLKIT_PATH, "--version"}, wrong).out, kDescriptions);
+  CommandSetup right;
+  right.environment["TARN_TOOLKIT"] = TARN_TOOLKIT_PATH;
+  EXPECT_EQ(RunTarn({"--version"}, right).out, kDescriptions);
+  const CommandResult missing = RunTarn({"--toolkit", "/no/such/module.so", "--version"}, right);
+  EXPECT_EQ(missing.status, 2);
+  EXPECT_TRUE(Contains(missing.err, "/no/such/module.so")) << missing.err;
+}
+
+TEST(CommandTest, ACompanionIsEitherNamedOrNotWanted) {
+  EXPECT_EQ(RunTarn({"--toolkit", TARN_TOOLKIT_PATH, "--no-toolkit", "--version"}).status, 2);
 }
 
 // Output and signals ------------------------------------------------------------------------------
@@ -292,6 +326,50 @@ TEST(CommandTest, AnInterruptEndsTheScriptAndSaysWhere) {
   EXPECT_EQ(result.out, "before\n");
   EXPECT_TRUE(Contains(result.err, "script.lua:")) << result.err;
   EXPECT_TRUE(Contains(result.err, ": interrupted\n")) << result.err;
+}
+
+constexpr char kInterrupts[] =
+    "local function interrupt() io.popen('kill -INT $PPID'):close() end\n"
+    "local function busy() interrupt() while true do end end\n";
+
+TEST(CommandTest, AScriptMayCatchTheFirstInterrupt) {
+  const CommandResult result =
+      RunTarn({"-e", std::string(kInterrupts) + "local ok, e = pcall(busy) print(ok, e.name)"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out, "false\tProgress window got cancel\n");
+  EXPECT_EQ(result.err, "");
+}
+
+TEST(CommandTest, ASecondInterruptEndsAScriptThatCatchesThem) {
+  const CommandResult result =
+      RunTarn({"-e", std::string(kInterrupts) + "while true do pcall(busy) print('caught') end"});
+  EXPECT_EQ(result.signal, SIGINT);
+  EXPECT_EQ(result.out, "caught\n");
+  EXPECT_TRUE(Contains(result.err, ": interrupted\n")) << result.err;
+}
+
+TEST(CommandTest, AThirdInterruptKillsAScriptThatDoesNotEnd) {
+  // A search that tries 2^40 ways: the interpreter is not asked whether to stop meanwhile.
+  const CommandResult result = RunTarn(
+      {"-e",
+       "sender = io.popen('for i in 1 2 3; do sleep 0.1; kill -INT $PPID; done')\n"
+       "string.find(string.rep('a', 40), string.rep('a?', 40) .. string.rep('a', 40) .. 'b')"});
+  EXPECT_EQ(result.signal, SIGINT);
+  EXPECT_EQ(result.err, "");
+}
+
+TEST(CommandTest, AnErrorAfterACaughtInterruptIsAnOrdinaryOne) {
+  const CommandResult result =
+      RunTarn({"-e", std::string(kInterrupts) + "pcall(busy) error('something else')"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(Contains(result.err, "-e:3: something else")) << result.err;
+}
+
+TEST(CommandTest, ProgressWindowsShowNothingWhereThereIsNoTerminal) {
+  const CommandResult result = RunTarn(
+      {"-e", "local w = ProgressWnd() for i = 1, 99 do w:SetProgress(i) w:SetCaption('x') end"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out + result.err, "");
 }
 
 }  // namespace

@@ -25,7 +25,8 @@ def expected(name):
 
 def columns(name):
     with open(f"{EXAMPLES}/data/{name}", encoding="utf-8") as file:
-        rows = [line.replace(",", " ").split() for line in file if not line.startswith("#")]
+        rows = [line.replace(",", " ").split("#")[0].split() for line in file]
+    rows = [row for row in rows if row]
     return [[mpf(field) for field in column] for column in zip(*rows)]
 
 
@@ -116,6 +117,88 @@ class ExampleValuesTest(unittest.TestCase):
             self.assertAlmostEqual(float(derivative),
                                    float(-mpmath.besselj(int(order) + 1, truth)), places=9)
         self.assertNotIn("NO", expected("bessel_zeros"))
+
+    def test_the_speed_of_light(self):
+        series = columns("michelson_1879.txt")
+        text = expected("speed_of_light")
+        runs = [x for sample in series for x in sample]
+        error = mpmath.sqrt(variance(runs) / len(runs))
+        self.assertIn(f"mean {float(299000 + mean(runs)):.1f} +- {float(error):.1f} km/s", text)
+        self.assertIn(f"one run {float(mpmath.sqrt(variance(runs))):.0f} km/s", text)
+        weights = [len(sample) / variance(sample) for sample in series]
+        weighted = mpmath.fdot(weights, map(mean, series)) / mpmath.fsum(weights)
+        row = f"{float(299000 + weighted):8.1f}  {float(1 / mpmath.sqrt(mpmath.fsum(weights))):5.1f}"
+        self.assertRegex(text, rf"(?m)^weighted +{re.escape(row.strip())} +0\.0$")
+        self.assertIn(f"value in air, {float(mpf('299792.458') / mpf('1.00028')):.1f}, is", text)
+
+    def test_gravitation(self):
+        values, errors = columns("gravitation.txt")
+        text = expected("gravitation")
+        weights = [1 / error**2 for error in errors]
+        weighted = mpmath.fdot(weights, values) / mpmath.fsum(weights)
+        error = 1 / mpmath.sqrt(mpmath.fsum(weights))
+        self.assertRegex(text, rf"(?m)^weighted mean +{float(weighted):.6f} +{float(error):.6f} +0.0")
+        chi2 = mpmath.fsum(w * (x - weighted) ** 2 for w, x in zip(weights, values))
+        self.assertIn(f"16 measurements, chi-square about their weighted mean {float(chi2):.0f}", text)
+        tail = mpmath.gammainc(mpf(15) / 2, chi2 / 2, mpmath.inf, regularized=True)
+        self.assertIn(f"chance of so much or more: {float(tail):.1e}", text)
+        # With the extra scatter as printed, the other mean and its error follow.
+        limited, its_error, scatter = (mpf(x) for x in re.search(
+            r"limited Jeffreys +([\d.]+) +([\d.]+) +([\d.]+)", text).groups())
+        weights = [1 / (scatter**2 + error**2) for error in errors]
+        self.assertAlmostEqual(float(limited), float(mpmath.fdot(weights, values)
+                                                     / mpmath.fsum(weights)), places=6)
+        self.assertAlmostEqual(float(its_error), float(1 / mpmath.sqrt(mpmath.fsum(weights))),
+                               places=6)
+
+    def test_the_posterior(self):
+        n, b = 7, 3
+        text = expected("posterior")
+
+        def above(s):
+            """Probability of a strength of s or more."""
+            return (mpmath.gammainc(n + 1, s + b, mpmath.inf)
+                    / mpmath.gammainc(n + 1, b, mpmath.inf))
+
+        def quantile(p):
+            return float(mpmath.findroot(lambda s: above(s) - (1 - p), mpf(5)))
+
+        height = mpf(4 + b) ** n * mpmath.exp(-(4 + b)) / mpmath.gammainc(n + 1, b, mpmath.inf)
+        self.assertIn(f"exact height at 4 {float(height):.6f}", text)
+        tabulated = re.search(r"tabulated +([\d.]+)", text).group(1)
+        self.assertAlmostEqual(float(tabulated), float(height), places=5)
+        self.assertIn(f"most probable     {n - b:.2f}", text)
+        self.assertIn(f"median            {quantile(0.5):.2f}", text)
+        self.assertIn(f"68 % interval     {quantile(0.16):.2f} to {quantile(0.84):.2f}", text)
+        self.assertIn(f"90 % upper limit  {quantile(0.9):.2f}", text)
+
+    def test_the_nearly_singular_problem(self):
+        text = expected("nearly_singular")
+        matrix = mpmath.matrix([[(1 + mpf(i) / 100) ** j for j in range(5)] for i in range(1, 6)])
+        values = "  ".join(f"{float(value):.2e}" for value in mpmath.svd_r(matrix, compute_uv=False))
+        self.assertIn(f"singular values  {values}", text)
+        determinant = mpmath.det(matrix)
+        self.assertIn(f"determinant      {float(determinant):.2e}, its logarithm "
+                      f"{float(mpmath.log(determinant)):.2f}", text)
+        right = matrix * mpmath.matrix([1] * 5)
+        spoiled = mpmath.matrix([b * (1 + mpf("1e-6") * (-1) ** (i + 1))
+                                 for i, b in enumerate(right)])
+        solved = mpmath.lu_solve(matrix, spoiled)
+        numbers = re.search(r"(?m)^solved +([-\d.]+) +([-\d.]+) +([-\d.]+)", text).groups()
+        for number, truth in zip(numbers, solved):
+            self.assertAlmostEqual(float(number) / float(truth), 1.0, places=5)
+
+    def test_the_decay(self):
+        text = expected("decay")
+        fitted = [float(x) for x in re.search(
+            r"fitted +([\d.]+) +([\d.]+) +([\d.]+)", text).groups()]
+        errors = [float(x) for x in re.search(
+            r"error +([\d.]+) +([\d.]+) +([\d.]+)", text).groups()]
+        for number, truth, error in zip(fitted, (500, 8, 20), errors):
+            self.assertLess(abs(number - truth), 3 * error)
+        chi2, percent = re.search(r"chi-square ([\d.]+) .* (\d+) % of", text).groups()
+        tail = mpmath.gammainc(mpf(57) / 2, mpf(chi2) / 2, mpmath.inf, regularized=True)
+        self.assertAlmostEqual(int(percent), float(100 * tail), delta=1)
 
     def test_the_tour(self):
         half, sqrt2 = mpf(1) / 2, mpmath.sqrt(2)

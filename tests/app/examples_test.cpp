@@ -30,7 +30,8 @@ TEST_P(ExampleTest, RunsFromItsOwnFolder) {
 
 INSTANTIATE_TEST_SUITE_P(Examples, ExampleTest,
                          ::testing::Values("tour", "michelson_f_test", "alpha_particles_chi2",
-                                           "bessel_zeros"),
+                                           "bessel_zeros", "speed_of_light", "decay", "gravitation",
+                                           "posterior", "nearly_singular"),
                          [](const auto& example) { return std::string(example.param); });
 
 TEST(ExamplesTest, EveryScriptIsTestedAndShort) {
@@ -43,7 +44,35 @@ TEST(ExamplesTest, EveryScriptIsTestedAndShort) {
     EXPECT_TRUE(
         std::filesystem::exists(kExamples + "expected/" + entry.path().stem().string() + ".txt"));
   }
-  EXPECT_EQ(scripts, 4u);
+  EXPECT_EQ(scripts, 9u);
+}
+
+/// What stands between the next `opening` line from `position` on and the closing fence; moves
+/// `position` behind it.
+std::string TakeBlock(const std::string& page, const std::string& opening, std::size_t& position) {
+  const std::size_t begin = page.find("\n" + opening + "\n", position) + opening.size() + 2;
+  const std::size_t end = page.find("```", begin);
+  position = end + 3;
+  return page.substr(begin, end - begin);
+}
+
+TEST(ExamplesTest, TheReadmeShowsWhatItsScriptPrints) {
+  const std::string page = ReadFile(TARN_SOURCE_DIR "/README.md");
+  std::size_t position = 0;
+  const std::string script = TakeBlock(page, "```lua", position);
+  const std::string output = TakeBlock(page, "```", position);
+  CommandSetup setup;
+  setup.folder = TARN_SOURCE_DIR;
+  const std::string path = ::testing::TempDir() + "readme.lua";
+  std::ofstream(path) << script;
+  const CommandResult result = RunTarn({path}, setup);
+  std::filesystem::remove(path);
+  EXPECT_EQ(result.err, "");
+  // The page names the script without its folder.
+  std::string printed = result.out;
+  const std::size_t name = printed.find(path);
+  ASSERT_NE(name, std::string::npos) << printed;
+  EXPECT_EQ(printed.replace(name, path.size(), "readme.lua"), output);
 }
 
 /// Rows of numbers in a file whose comments begin with `#`.

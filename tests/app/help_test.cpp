@@ -7,6 +7,7 @@
 
 #include "app/completion.h"
 #include "app/help_text.h"
+#include "app/help_toolkit.h"
 #include "app/prelude.h"
 #include "app/prompt.h"
 #include "frame/module_entry.h"
@@ -189,7 +190,7 @@ TEST_F(HelpTest, ErrorsAreAsStated) {
 
 TEST_F(HelpTest, ThePromptsTextFitsATerminal) {
   for (const HelpEntry& entry : HelpEntries()) {
-    std::istringstream lines(RenderEntry(entry) + tarn::RenderIndex());
+    std::istringstream lines(RenderEntry(entry) + tarn::RenderIndex(HelpEntries()));
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
   }
 }
@@ -205,7 +206,7 @@ TEST_F(HelpTest, HelpPrintsTheEntry) {
 
 TEST_F(HelpTest, HelpWithoutANamePrintsTheIndex) {
   const std::string index = PrintedBy("help()");
-  EXPECT_EQ(index, tarn::RenderIndex());
+  EXPECT_EQ(index, tarn::RenderIndex(HelpEntries()));
   for (const HelpEntry& entry : HelpEntries()) {
     EXPECT_TRUE(Contains(index, "  " + std::string(entry.call))) << entry.call;
   }
@@ -233,6 +234,11 @@ TEST_F(HelpTest, ShowPrintsWhatTablesHold) {
   EXPECT_EQ(PrintedBy("local t = {} for i = 1, 1000 do t[i] = i end show(t)"),
             "{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, "
             "... 1000 elements}\n");
+  EXPECT_EQ(PrintedBy("local r = Record() r.point = {1, 2.5} r.evaluations = 12 r.text = 'x' "
+                      "show(r, {r})"),
+            "Record\n  point        {1, 2.5}\n  evaluations  12\n  text         \"x\"\t"
+            "{Record(point = {1, 2.5}, evaluations = 12, text = \"x\")}\n");
+  EXPECT_EQ(PrintedBy("show(Record(), MVector{1})"), "Record\tMVector{1}\n");
   EXPECT_EQ(PrintedBy("show({LnGamma})"), "{function LnGamma}\n");
   EXPECT_EQ(PrintedBy("show(help)"),
             "help() lists the functions, help(\"Name\") tells about one.\n");
@@ -307,6 +313,67 @@ TEST(CompletionTest, NamesInColumns) {
   EXPECT_EQ(tarn::InColumns({"a", "bb", "ccc"}, 10), "a    bb\nccc\n");
   EXPECT_EQ(tarn::InColumns({"a", "bb", "ccc"}, 1), "a\nbb\nccc\n");
   EXPECT_EQ(tarn::InColumns({}, 80), "");
+}
+
+// The companion module ----------------------------------------------------------------------------
+
+class ToolkitHelpTest : public HelpTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(host.Load(TARN_TOOLKIT_PATH)) << host.TakeError().ToString();
+    HelpTest::SetUp();
+  }
+};
+
+TEST_F(ToolkitHelpTest, EntriesHaveTheSignaturesOfTheTable) {
+  const std::vector<std::string> signatures = host.Signatures();
+  for (const HelpEntry& entry : tarn::ToolkitHelpEntries()) {
+    EXPECT_NE(std::ranges::find(signatures, entry.signature), signatures.end()) << entry.signature;
+  }
+}
+
+TEST_F(ToolkitHelpTest, EveryFunctionAndMethodHasAnEntry) {
+  for (const std::string& signature : host.Signatures()) {
+    const bool isOperator = signature.find(".__") != std::string::npos;
+    if (isOperator || tarn::FindHelp(signature.substr(0, signature.find('('))) != nullptr) continue;
+    EXPECT_EQ(std::ranges::count(tarn::ToolkitHelpEntries(), signature, &HelpEntry::signature), 1)
+        << signature;
+  }
+}
+
+TEST_F(ToolkitHelpTest, EntriesAreWholeAndFitTheScreen) {
+  for (const HelpEntry& entry : tarn::ToolkitHelpEntries()) {
+    SCOPED_TRACE(entry.signature);
+    for (std::string_view text :
+         {entry.call, entry.family, entry.summary, entry.meaning, entry.domain, entry.example}) {
+      EXPECT_FALSE(text.empty());
+    }
+    std::istringstream lines(RenderEntry(entry));
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
+  }
+}
+
+TEST_F(ToolkitHelpTest, ExamplesHaveTheValuesThatTheySay) {
+  for (const HelpEntry& entry : tarn::ToolkitHelpEntries()) {
+    if (entry.value.empty()) continue;
+    EXPECT_EQ(PrintedBy("local v = " + std::string(entry.example) +
+                        " print(math.type(v) and string.format('%.6g', v) or tostring(v))"),
+              std::string(entry.value) + '\n')
+        << entry.example;
+  }
+}
+
+TEST_F(ToolkitHelpTest, IsFoundByFullNameAndByWord) {
+  const HelpEntry& entry = tarn::ToolkitHelpEntries().front();
+  EXPECT_EQ(PrintedBy("help 'MVector.Norm'"), RenderEntry(entry));
+  EXPECT_TRUE(Contains(PrintedBy("help 'Norm'"), "v:Norm()"));
+  EXPECT_TRUE(Contains(PrintedBy("help()"), "\nVectors of numbers (MVector)\n"));
+}
+
+TEST_F(HelpTest, SaysNothingOfACompanionThatIsNotLoaded) {
+  EXPECT_FALSE(Contains(PrintedBy("help()"), "MVector"));
+  EXPECT_EQ(PrintedBy("help 'MVector.Norm'"),
+            "There is no help on this; help() lists the functions.\n");
 }
 
 }  // namespace

@@ -166,6 +166,49 @@ class PromptTest(unittest.TestCase):
             terminal.expect(r"prompt:1: interrupted\r\n> $")
             self.assertEqual(terminal.run("1 + 1"), "2")
 
+    def test_an_interrupt_can_be_caught(self):
+        terminal = self.start()
+        terminal.type("print(pcall(function() print('running') while true do end end))\r")
+        terminal.expect("\nrunning\r\n")
+        terminal.type(CTRL_C)
+        terminal.expect(r"false\tprompt:1: Progress window got cancel\r\n> $")
+
+    def test_a_second_interrupt_stops_what_catches_the_first(self):
+        terminal = self.start()
+        for _ in range(2):
+            terminal.type("while true do print(pcall(function() print('on') "
+                          "while true do end end)) end\r")
+            terminal.expect("\non\r\n")
+            terminal.type(CTRL_C)
+            terminal.expect("got cancel\r\non\r\n")
+            terminal.type(CTRL_C)
+            terminal.expect(r"prompt:1: interrupted\r\n> $")
+            self.assertEqual(terminal.run("1 + 1"), "2")
+
+    def test_progress_is_shown_and_taken_away_again(self):
+        terminal = self.start()
+        terminal.type("w = ProgressWnd() w:SetCaption('Residue = 1\\r\\n') w:SetProgress(50) "
+                      "local t = os.clock() repeat w:SetProgress(50) until os.clock() > t + 0.2 "
+                      "print('printed') w:SetProgress(100)\r")
+        terminal.expect(r"\r\x1b\[K 50% \[#{12} {12}\] Residue = 1")
+        terminal.expect(r"\r\x1b\[Kprinted\r\n> $")
+
+    def test_progress_is_taken_away_at_the_end_of_the_input(self):
+        terminal = self.start()
+        terminal.type("w = ProgressWnd() w:SetProgress(50) error('oh')\r")
+        terminal.expect(r" 50% \[#{12} {12}\]\r\x1b\[Kprompt:1: oh\r\n> $")
+
+    def test_progress_shows_nothing_in_a_dumb_terminal(self):
+        terminal = self.start(TERM="dumb")
+        terminal.type("w = ProgressWnd() w:SetProgress(50) print('printed')\r")
+        self.assertNotIn("50%", terminal.expect("\nprinted\r\n"))
+
+    def test_completes_methods(self):
+        terminal = self.start()
+        terminal.run("w = ProgressWnd()")
+        terminal.type("w:SetP" + TAB)
+        terminal.expect("rogress$")
+
     def test_an_interrupt_drops_what_is_being_typed(self):
         terminal = self.start()
         terminal.type("abc")

@@ -1,0 +1,271 @@
+/// @file
+/// "Minimise": the minimum of a script function of several variables inside a box.
+
+#include <optim/climb.h>
+
+#include <cmath>
+
+#include "callback.h"
+#include "families.h"
+#include "handler.h"
+#include "linear.h"
+#include "results.h"
+
+namespace tarn::toolkit {
+namespace {
+
+using Climb = T_Climb<double>;
+
+const Names kMethods = {"Solve", "BFGS", "DFP", "Powell", "Coord"};
+enum Method { kSolve, kBFGS, kDFP, kPowell, kCoord };
+
+constexpr double kDefaultAccuracy = 1e-7;
+constexpr int kDefaultIterations = 3000;
+/// First step of the coordinate search as a share of the range.
+constexpr double kDefaultFirstStep = 0.1;
+
+/// The script functions; the minimiser's extra parameter leads to them.
+struct Functions {
+  Callback objective;
+  std::optional<Callback> derivative;
+  std::optional<Callback> secondDerivative;
+
+  void RequireSuccess() const {
+    objective.RequireSuccess();
+    if (derivative) derivative->RequireSuccess();
+    if (secondDerivative) secondDerivative->RequireSuccess();
+  }
+};
+
+Functions& FunctionsOf(Variable* extra) { return *static_cast<Functions*>(extra->GetCppPointer()); }
+
+double Objective(T_MatVector<double>& x, Variable* extra) {
+  return FunctionsOf(extra).objective.At(x);
+}
+
+double Derivative(T_MatVector<double>& x, int i, Variable* extra) {
+  return FunctionsOf(extra).derivative->At(x, i);
+}
+
+double SecondDerivative(T_MatVector<double>& x, int i, int j, Variable* extra) {
+  return FunctionsOf(extra).secondDerivative->At(x, i, j);
+}
+
+/// A native function as the class library takes it.
+template <class Native>
+Variable NativeFunction(Native* function) {
+  Variable value;
+  value.SetCppPointer(reinterpret_cast<void*>(function));
+  return value;
+}
+
+/// What the script asked for.
+struct Request {
+  Functions functions;
+  Numbers bounds;
+  Numbers start;
+  Numbers minStep;
+  Numbers maxStep;
+  Numbers firstStep;
+  double accuracy;
+  int method;
+  int iterations;
+
+  int Dimension() const { return static_cast<int>(start.size()); }
+  double Width(std::size_t i) const { return bounds[2 * i + 1] - bounds[2 * i]; }
+};
+
+std::optional<Callback> FindCallback(const Options& options, const char* name) {
+  const auto found = options.Find(name);
+  return found ? std::optional<Callback>(Callback(*found)) : std::nullopt;
+}
+
+/// The start point, the middle of the box where none is given.
+Numbers ReadStart(const Options& options, const Numbers& bounds) {
+  const std::size_t count = bounds.size() / 2;
+  Numbers start(count);
+  const auto given = options.Find("start");
+  if (given) start = given->ArrayOfLength(count, "bounds");
+  for (std::size_t i = 0; i < count; ++i) {
+    const double lower = bounds[2 * i];
+    const double upper = bounds[2 * i + 1];
+    if (!given) start[i] = lower + (upper - lower) / 2.0;
+    if (start[i] >= lower && start[i] <= upper) continue;
+    std::string refusal = "start[" + std::to_string(i + 1);
+    refusal += "] = " + NumberText(start[i]) + " lies outside bounds[" + std::to_string(i + 1);
+    refusal += "] = {" + NumberText(lower) + ", " + NumberText(upper) + '}';
+    Refuse(refusal);
+  }
+  return start;
+}
+
+/// One step of 0 or more per variable, in its units; nothing where none are given.
+Numbers ReadSteps(const Options& options, const char* name, std::size_t count) {
+  const auto given = options.Find(name);
+  if (!given) return {};
+  Numbers steps = given->ArrayOfLength(count, "bounds");
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!(steps[i] >= 0.0 && std::isfinite(steps[i]))) {
+      given->Element(static_cast<int>(i)).RefuseKind("finite and not below 0");
+    }
+  }
+  return steps;
+}
+
+Request ReadRequest(const Options& options) {
+  Functions functions{Callback(options.Required("f")), FindCallback(options, "derivative"),
+                      FindCallback(options, "second_derivative")};
+  const Numbers bounds = options.Required("bounds").Bounds();
+  const std::size_t count = bounds.size() / 2;
+  return {std::move(functions),
+          bounds,
+          ReadStart(options, bounds),
+          ReadSteps(options, "min_step", count),
+          ReadSteps(options, "max_step", count),
+          ReadSteps(options, "first_step", count),
+          options.PositiveNumber("accuracy", kDefaultAccuracy),
+          options.Choice("method", kSolve, kMethods),
+          options.Integer("max_iterations", kDefaultIterations, 1, 1000000000)};
+}
+
+/// A column that refers to the numbers.
+Column ColumnOver(Numbers& numbers) {
+  return Column(numbers.data(), static_cast<int>(numbers.size()), 1);
+}
+
+void Configure(Climb& climb, const Options& options, Request& request) {
+  Variable functions;
+  functions.SetCppPointer(&request.functions);
+  climb.SetExtraParam(functions);
+  if (request.functions.derivative) {
+    Variable derivative = NativeFunction(&Derivative);
+    climb.SetDerivFunc(derivative);
+  }
+  if (request.functions.secondDerivative) {
+    Variable derivative = NativeFunction(&SecondDerivative);
+    climb.SetDeriv2Func(derivative);
+  }
+  if (!request.minStep.empty()) {
+    Column steps = ColumnOver(request.minStep);
+    climb.SetMinStep(steps);
+  }
+  if (!request.maxStep.empty()) {
+    Column steps = ColumnOver(request.maxStep);
+    climb.SetMaxStep(steps);
+  }
+  climb.SetMaxItterationNumber(request.iterations);
+  climb.SetSymmetricDerivative(options.Flag("central", false) ? 1 : 0);
+  climb.SetLimitDirectionStep(options.Flag("limit_step", false) ? 1 : 0);
+  climb.SetSilent(options.Flag("trace", false) ? 0 : 1);
+  climb.SetErrorIfMaxItterNumberExceed(options.Flag("error_at_limit", true) ? 1 : 0);
+}
+
+void SolveByCoord(Climb& climb, const Request& request) {
+  Numbers steps = request.firstStep;
+  steps.resize(request.start.size(), 0.0);
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    const double width = request.Width(i);
+    steps[i] = steps[i] > 0.0 && width > 0.0 ? steps[i] / width : kDefaultFirstStep;
+  }
+  Column column = ColumnOver(steps);
+  climb.SolveByCoord(column);
+}
+
+void Solve(Climb& climb, const Request& request) {
+  switch (request.method) {
+    case kBFGS:
+      climb.SolveBFGS(request.iterations);
+      break;
+    case kDFP:
+      climb.SolveDFP(request.iterations);
+      break;
+    case kPowell:
+      climb.SolvePowell();
+      break;
+    case kCoord:
+      SolveByCoord(climb, request);
+      break;
+    default:
+      climb.Solve();
+      break;
+  }
+  request.functions.RequireSuccess();
+  RequireSuccess(climb.GetStopReason() != StopReason::kMemoryExhausted);
+}
+
+std::unique_ptr<DenseMatrix> Owned(DenseMatrix* matrix, const Functions& functions) {
+  std::unique_ptr<DenseMatrix> owner(matrix);
+  functions.RequireSuccess();
+  return owner;
+}
+
+/// Curvature at the minimum: "hessian", and where that can be inverted "covariance" and "errors".
+void SetCurvature(Variable& record, Climb& climb, Column& point, const Functions& functions) {
+  // The matrix of second derivatives comes first, so that the covariance is computed from it and is
+  // not the rougher one that a quasi-Newton run has put together on its way.
+  auto hessian = Owned(climb.GetHessian(point), functions);
+  RequireSuccess(hessian != nullptr);
+  SetMatrix(Member(record, "hessian"), std::move(hessian));
+
+  auto covariance = Owned(climb.GetCovariationMatrix(point), functions);
+  if (GetOwner()->pendingError != 0) {
+    if (GetOwner()->GetLastError() != kErrorSingular) RequireSuccess();
+    ForgetError();
+    return;
+  }
+  RequireSuccess(covariance != nullptr);
+  Numbers errors;
+  for (int i = 0; i < point.Dim(); ++i) errors.push_back(std::sqrt((*covariance)[i][i]));
+  SetMatrix(Member(record, "covariance"), std::move(covariance));
+  SetVector(Member(record, "errors"), errors);
+}
+
+void SetSolution(const Call& call, Climb& climb, Functions& functions, bool withCurvature) {
+  Variable& record = call.Result();
+  Column point(climb.GetResult());
+  SetRecord(record);
+  SetVector(Member(record, "point"), NumbersOf(point));
+  Member(record, "value") = functions.objective.At(point);
+  functions.RequireSuccess();
+  Member(record, "evaluations") = climb.GetEvaluationCount();
+  Member(record, "iterations") = climb.GetItterationCount();
+  SetText(Member(record, "reason"), GetStopReasonText(climb.GetStopReason()));
+  if (withCurvature) SetCurvature(record, climb, point, functions);
+}
+
+/// One call at the start: a function that fails or gives no number is told of before the work.
+void TryAtStart(Request& request) {
+  request.functions.objective.At(ColumnOver(request.start));
+  request.functions.RequireSuccess();
+}
+
+void Minimise(const Call& call) {
+  const Options options(
+      call.Argument(0),
+      {"f", "bounds", "start", "accuracy", "method", "max_iterations", "derivative",
+       "second_derivative", "central", "min_step", "max_step", "first_step", "limit_step", "trace",
+       "progress", "error_at_limit", "curvature"});
+  Request request = ReadRequest(options);
+  const bool withCurvature = options.Flag("curvature", true);
+  Variable objective = NativeFunction(&Objective);
+  Climb climb(objective, request.Dimension(), request.bounds.data(), request.start.data(),
+              request.accuracy);
+  RequireSuccess(climb.GetDimension() == request.Dimension());
+  Configure(climb, options, request);
+  Variable window;
+  if (options.Flag("progress", true)) {
+    SetObject(window, "ProgressWnd");
+    climb.SetProgressWnd(window);
+  }
+  TryAtStart(request);
+  Solve(climb, request);
+  SetSolution(call, climb, request.functions, withCurvature);
+}
+
+constexpr ScriptFunction kRows[] = {{Handler<Minimise>, "Minimise(options)"}};
+
+}  // namespace
+
+std::span<const ScriptFunction> MinimiseRows() { return kRows; }
+
+}  // namespace tarn::toolkit
