@@ -182,6 +182,8 @@ void ExpectSamePoints(const std::vector<Point<T>>& actual, const List& expected,
 class ClimbTest : public testing::Test {
  protected:
   ClimbTest() {
+    T_Climb<float>::aMinStep = 0;  // the next constructor sets the default
+    T_Climb<double>::aMinStep = 0;
     EXPECT_TRUE(host.Load(TARN_MODULE_PATH)) << host.TakeError().ToString();
     host.SetOutput([this](std::string_view text) { output += text; });
   }
