@@ -6,19 +6,6 @@
 namespace tarn_golden {
 namespace {
 
-constexpr int kSizes[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13,  15,
-                          16, 17, 23, 24, 25, 31, 32, 33, 40, 63, 64, 65, 99, 100, 101};
-constexpr int kLargeSizes[] = {127, 128, 129, 255, 257};
-
-/// Calls `compute(kind, n)` for inputs of every kind and size.
-template <class Compute>
-void ForAllSizes(Compute compute) {
-  for (int kind = 0; kind < static_cast<int>(Kind::kCount); ++kind) {
-    for (const int n : kSizes) compute(static_cast<Kind>(kind), n);
-  }
-  for (const int n : kLargeSizes) compute(Kind::kUnit, n);
-}
-
 template <class T>
 void MatrixProducts(Report& report, const std::string& type) {
   report.Function("T_Matrix<" + type + ">::Mul,MulT", [](Hash& hash) {
