@@ -41,9 +41,11 @@ void MapArrayInto(Variable& target, const Variable& source, Function f) {
   MapElements(target.GetArray(), source.GetArray(), count, f);
 }
 
+/// Maps `argument`, which may be the result, part of it or around it. What an empty result or a
+/// number holds is nobody's argument, and needs no value aside.
 template <class Function>
 void MapArray(Variable& result, const Variable& argument, Function f) {
-  if (&result != &argument) {
+  if (result.TypeWord() == VARTYPE_EMPTY || result.IsNumber() != 0) {
     MapArrayInto(result, argument, f);
     return;
   }
@@ -52,14 +54,13 @@ void MapArray(Variable& result, const Variable& argument, Function f) {
   result = mapped;
 }
 
+/// The ordinates are read from the copy: the assignment may have freed an argument that was part of
+/// the result.
 template <class Function>
-void MapTabulatedFunction(Variable& result, Variable& argument, Function f) {
+void MapTabulatedFunction(Variable& result, const Variable& argument, Function f) {
   if (&result != &argument) result = argument;
-  Variable& source = argument("Y");
-  Variable& target = result("Y");
-  const std::int64_t count = source.GetDim();
-  if (count < 1 || target.GetDim() != count) return;
-  MapElements(target.GetArray(), source.GetArray(), count, f);
+  const Variable& ordinates = result("Y");
+  MapElements(ordinates.GetArray(), ordinates.GetArray(), ordinates.GetDim(), f);
 }
 
 /// Applies f to the argument's value by its kind and writes the result register.

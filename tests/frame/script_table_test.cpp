@@ -297,6 +297,28 @@ TEST_F(ScriptDispatch, TheResultRegisterMayBeTheArgument) {
   }
 }
 
+TEST_F(ScriptDispatch, TheArgumentMayBePartOfTheResult) {
+  for (const ScriptFunction& row : DispatchingRows()) {
+    const auto run = [&](const Variable& argument) {
+      Variable outer(VARTYPE_ARRAY, 2);
+      outer[0] = argument;
+      VarRegister result;
+      result.PointTo(&outer);
+      Run(row, result, outer[0]);
+      return outer;
+    };
+    Variable array = run(MakeArray(numbers));
+    Variable function = run(MakeTabulatedFunction(numbers, numbers));
+    ASSERT_EQ(array.GetDim(), 5) << row.signature;
+    ASSERT_TRUE(function.IsObject()) << row.signature;
+    for (std::int64_t i = 0; i < 5; ++i) {
+      const double expected = RunOnNumber(row, numbers[static_cast<std::size_t>(i)]);
+      EXPECT_EQ(array[i].GetDoubleNumb(), expected) << row.signature;
+      EXPECT_EQ(function("Y")[i].GetDoubleNumb(), expected) << row.signature;
+    }
+  }
+}
+
 TEST_F(ScriptDispatch, ARefusedResultArrayIsEmpty) {
   Variable array = MakeArray(numbers);
   VarRegister arguments[1];
