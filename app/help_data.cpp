@@ -24,7 +24,8 @@ constexpr std::string_view kSteedErrors =
 constexpr std::string_view kSteedErrorsUnlessIntegral =
     "For an order that is not integral error 3: x <= 0; an order that is negative, NaN, infinite "
     "or more than 10,000,000 above x; and error 3 \"x too large; try asymptotic expansion\": x "
-    "above some 900 with an order well below it, or NaN.";
+    "above some 900 with an order well below it, or NaN. Error 3 for an integral order beyond "
+    "10,000,000 or -10,000,000.";
 constexpr std::string_view kTemmeErrors =
     "Error 3: x <= 0; an order that is negative, NaN, infinite or above 10,000,000. Error 3 \"x "
     "too large; try asymptotic expansion\": x above some tens of thousands, or NaN.";
