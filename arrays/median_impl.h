@@ -22,8 +22,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "arrays/host_block.h"
 #include "arrays/median.h"
+#include "frame/host_block.h"
 
 namespace tarn {
 

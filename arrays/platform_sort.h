@@ -15,8 +15,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "arrays/host_block.h"
 #include "arrays/sort.h"
+#include "frame/host_block.h"
 
 namespace tarn {
 

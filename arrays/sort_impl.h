@@ -6,9 +6,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "arrays/host_block.h"
 #include "arrays/sort.h"
 #include "arrays/unique_sort.h"
+#include "frame/host_block.h"
 
 namespace tarn {
 

@@ -6,12 +6,12 @@
 #include <limits>
 #include <new>
 
-#include "arrays/host_block.h"
 #include "arrays/little_endian.h"
 #include "arrays/platform_sort.h"
 #include "arrays/typed_array.h"
 #include "arrays/unique_sort.h"
 #include "frame/error_numbers.h"
+#include "frame/host_block.h"
 
 namespace tarn {
 

@@ -14,7 +14,7 @@ constexpr int kVersionMinor = 9;
 constexpr int kVersionRelease = 2;
 constexpr char kSolutionNotFoundName[] = "ERR_SOLUTION_NOT_FOUND";
 constexpr char kSolutionNotFoundText[] = "Can't find solution of system.";
-constexpr unsigned char kAuxTable[40] = {};
+alignas(16) constexpr unsigned char kAuxTable[40] = {};
 
 /// Stores the constant's number when the host knows the constant.
 bool AdoptSolutionNotFoundError(Processor& processor) {

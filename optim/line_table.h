@@ -9,8 +9,8 @@
 #include <cmath>
 #include <cstdint>
 
-#include "arrays/host_block.h"
 #include "arrays/typed_array.h"
+#include "frame/host_block.h"
 
 namespace tarn {
 

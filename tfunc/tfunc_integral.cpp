@@ -6,7 +6,7 @@
 #include <new>
 #include <utility>
 
-#include "arrays/host_block.h"
+#include "frame/host_block.h"
 #include "tfunc/tfunc.h"
 
 namespace {

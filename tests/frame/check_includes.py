@@ -14,7 +14,7 @@ ALLOWED = {
     "special": {"base"},
     "arrays": {"base"},
     "linalg": {"base", "arrays"},
-    "tfunc": {"base", "arrays", "linalg"},
+    "tfunc": {"base", "linalg"},
     "optim": {"base", "special", "arrays", "linalg"},
     "stat": {"base", "special", "arrays", "linalg", "tfunc", "optim"},
     "entry": {"base", "special"},

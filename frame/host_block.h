@@ -1,5 +1,5 @@
-#ifndef TARN_ARRAYS_HOST_BLOCK_H
-#define TARN_ARRAYS_HOST_BLOCK_H
+#ifndef TARN_FRAME_HOST_BLOCK_H
+#define TARN_FRAME_HOST_BLOCK_H
 
 /// @file
 /// Blocks of numbers in the host heap, sized by 64-bit element counts.
