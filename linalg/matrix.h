@@ -6,16 +6,16 @@
 ///
 /// What holds for every member:
 ///  - A shape is given as rows, columns; `X()` is the number of columns, `Y()` that of rows.
-///  Indices
-///    are 0-based; element access does not check them.
+///    Indices are 0-based; element access does not check them.
 ///  - Operands whose shapes do not fit leave the target as it is or give 0 or null.
 ///  - Sums run in the order stated, in the element type, every product rounded before it is added;
 ///    where nothing is stated, in increasing index order.
 ///  - Members that return a pointer return a new object that the caller deletes; null also when the
 ///    object itself cannot be had.
 ///  - When storage is refused, a matrix keeps the shape asked for with no elements; every member
-///  but
-///    element access then does nothing. A negative dimension counts as refused and leaves 0 x 0.
+///    but element access then does nothing. A negative dimension counts as refused and leaves
+///    0 x 0.
+///  - Nothing is virtual: delete an object through a pointer of its own type.
 ///  - A result may be one of the operands.
 ///
 /// An owning matrix holds its elements (array new) and, from the host heap, a scratch vector for

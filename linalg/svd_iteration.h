@@ -6,10 +6,9 @@
 /// of the Golub-Reinsch method (sources in svd_reflection.h).
 ///
 /// For k = n - 1, ..., 0, in at most 30 rounds:
-///  1. Split: the largest l <= k whose superdiagonal element is negligible against the norm, that
-///  is,
-///     adding it to the norm changes nothing. Element 0 always ends the search. Where the diagonal
-///     element above is negligible first, rotations of U clear superdiagonal element l.
+///  1. Split: the largest l <= k whose superdiagonal element is negligible against the norm: adding
+///     it to the norm changes nothing. Element 0 always ends the search. Where the diagonal element
+///     above is negligible first, rotations of U clear superdiagonal element l.
 ///  2. l = k: the singular value has converged; if negative, it and column k of V change sign.
 ///  3. Otherwise a sweep from l to k, with the shift from the bottom 2 x 2 minor.
 /// A value that has not converged after 30 sweeps stays as it is; nothing is reported.

@@ -77,9 +77,9 @@ class TARN_API T_Climb : public TarnAss {
   // Life ----------------------------------------------------------------------------------------
 
   /// `function` is copied, as are the 2n bounds lo_0, hi_0, lo_1, hi_1, ... and the n start values.
-  /// A start outside the box is moved onto its face. n below 0 counts as 0; so does an n for which
-  /// storage is refused, here or in a copy: solves of such an object end at once, call nothing and
-  /// report `kMemoryExhausted`.
+  /// A start outside the box is moved onto its face. n below 0 counts as 0: x then has no elements.
+  /// An object that is refused its storage, here or in a copy, has dimension 0 as well; its solves
+  /// end at once, call nothing and report `kMemoryExhausted`.
   T_Climb(Variable& function, int n, T* boundaries, T* start, T accuracy);
   T_Climb(const T_Climb& other);             ///< A deep copy.
   T_Climb& operator=(const T_Climb& other);  ///< A deep copy.

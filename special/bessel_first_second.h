@@ -13,8 +13,7 @@
 /// Error 3 is raised, and the result is then 0,
 ///  - for a real order, or a derivative, where `BesselJY` raises it, with its texts;
 ///  - without a text for integral orders beyond +-10,000,000, whose recurrence on the platform
-///  would
-///    take minutes.
+///    would take minutes.
 
 namespace tarn {
 

@@ -36,8 +36,8 @@ TARN_API double BesselI1(double x);
 /// Integral n: Miller's downward recurrence from order 2 (n + floor(sqrt(40 n))), normalised by
 /// `BesselI0`; every n < 2 other than 1, also the negative ones, gives I_0. I_n(0) = 0 for n >= 2;
 /// odd n are odd in x. The recurrence starts too low for x above about n^2/2: the result is then
-/// too small. The order n + 1e-12 takes the route of real orders, which has no such limit. Real n:
-/// x > 0 and n >= 0.
+/// too small for odd n, a little too large for even n. The order n + 1e-12 takes the route of real
+/// orders, which has no such limit. Real n: x > 0 and n >= 0.
 TARN_API double BesselIn(double x, double n);
 
 /// ln I_n(x), also where I_n would under- or overflow.
@@ -59,7 +59,7 @@ TARN_API double BesselIpn(double x, double n);
 TARN_API double LnBesselIpn(double x, double n);
 
 /// K_0(x) for x > 0 by two polynomials, in x^2/4 up to x = 2 and in 2/x beyond; relative error
-/// below 2e-7. Infinity at 0, NaN for x < 0 and for NaN, 0 from x = 742.1 on. Raises nothing.
+/// below 2e-7. Infinity at 0, NaN for x < 0 and for NaN, 0 from x = 741.9 on. Raises nothing.
 TARN_API double BesselK0(double x);
 
 /// K_1(x), in the same way. NaN at 0 (the formula has 0 times infinity there).

@@ -7,8 +7,7 @@
 ///
 /// Sources:
 ///  - A. R. Barnett, D. H. Feng, J. W. Steed, L. J. B. Goldfarb, Comput. Phys. Commun. 8 (1974)
-///  377:
-///    the two continued fractions and the Wronskian (Steed's method).
+///    377: the two continued fractions and the Wronskian (Steed's method).
 ///  - N. M. Temme, J. Comput. Phys. 19 (1975) 324 (K) and 21 (1976) 343 (Y): the series near 0, and
 ///    the normalising sum of the second continued fraction of K.
 ///  - I. J. Thompson, A. R. Barnett, J. Comput. Phys. 64 (1986) 490: modified Lentz method.
@@ -48,8 +47,7 @@ struct BesselIKValues {
 ///  - without a text: x <= 0, nu < 0, nu NaN or infinite, or more than 10,000,000 steps of the
 ///    recurrence over the order;
 ///  - "x too large; try asymptotic expansion": the first continued fraction, whose length grows
-///  like
-///    x, has not converged in 1000 rounds (also for a NaN or infinite x);
+///    like x, has not converged in 1000 rounds (also for a NaN or infinite x);
 ///  - "bessy series failed to converge", "cf2 failed in bessjy": the same of Temme's series (x < 2)
 ///    and of the second continued fraction (x >= 2). The series converges for every argument known.
 ///

@@ -14,10 +14,10 @@
 ///    exp(a ln x - x - ln Gamma(a)) is then the difference of infinities. From about a = 1e305 on
 ///    the parts of that difference overflow.
 ///  - Method: for x < a + 1 the power series, from x = a + 1 on the continued fraction, both ended
-///  by
-///    the first term or factor that changes nothing (relative 1e-16) or after 1000 rounds. Running
-///    out of rounds is no error, the last value is used: for x near a that happens to the series
-///    from a = 1.5e4 on and to the fraction from a = 1e6 on, and fewer and fewer digits are right.
+///    by the first term or factor that changes nothing (relative 1e-16) or after 1000 rounds.
+///    Running out of rounds is no error, the last value is used: for x near a that happens to the
+///    series from a = 1.5e4 on and to the fraction from a = 1e6 on, and fewer and fewer digits are
+///    right.
 ///  - Accuracy: set by `LnGamma` and by the cancellation in a ln x - x - ln Gamma(a); figures in
 ///    docs/accuracy.md.
 ///
