@@ -59,7 +59,8 @@ void MapArray(Variable& result, const Variable& argument, Function f) {
 template <class Function>
 void MapTabulatedFunction(Variable& result, const Variable& argument, Function f) {
   if (&result != &argument) result = argument;
-  const Variable& ordinates = result("Y");
+  Variable& ordinates = result("Y");
+  if (ordinates.GetArray() == nullptr) return;  // bytes have a length, but no elements
   MapElements(ordinates.GetArray(), ordinates.GetArray(), ordinates.GetDim(), f);
 }
 

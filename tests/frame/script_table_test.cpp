@@ -258,6 +258,17 @@ TEST_F(ScriptDispatch, ATabulatedFunctionWithoutOrdinatesIsCopied) {
   }
 }
 
+TEST_F(ScriptDispatch, OrdinatesThatAreBytesAreCopied) {
+  for (const ScriptFunction& row : DispatchingRows()) {
+    Variable function = MakeTabulatedFunction(numbers, numbers);
+    function("Y").Init(VARTYPE_BYTES, 16);
+    VarRegister result;
+    Run(row, result, function);
+    EXPECT_EQ(result.GetVar()("Y").TypeWord(), VARTYPE_BYTES);
+    EXPECT_FALSE(host.HasError());
+  }
+}
+
 TEST_F(ScriptDispatch, OtherKindsRaiseErrorThreeAndLeaveTheResult) {
   Variable text;
   VarRegister textRegister;
