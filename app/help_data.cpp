@@ -475,7 +475,7 @@ constexpr HelpEntry kEntries[] = {
      .summary = "Poisson deviate",
      .meaning = "A count of events whose expected number is mean. Below 12 a product of uniforms, "
                 "rejection from a Lorentzian from there on.",
-     .domain = "0 <= mean <= 2^53. A mean that is NaN or larger gives NaN, a negative one 0.",
+     .domain = "mean >= 0. A mean that is NaN or above 2.5e305 gives NaN, a negative one 0.",
      .errors = "None.",
      .caution = "The mean -1 as the very first call gives a number near 745 instead of 0.",
      .example = "RandPoisson(3.5)",
@@ -488,8 +488,8 @@ constexpr HelpEntry kEntries[] = {
          "The number of successes of probability p in so many trials. Up to 24 trials each is "
          "made; with fewer than one rarer outcome expected the deviate is a Poisson one; rejection "
          "from a Lorentzian otherwise.",
-     .domain = "0 <= p <= 1, trials >= 0. A p that is NaN gives NaN, one below 0 counts as 0, one "
-               "above 1 as 1.",
+     .domain = "0 <= p <= 1, trials >= 0. A p below 0 counts as 0, one above 1 as 1; NaN gives "
+               "NaN from 25 trials on, the number of trials below.",
      .errors = "None.",
      .caution = "The name is spelt Binominal. The Poisson form is within 2.5% of the binomial law, "
                 "in total variation, and usually far nearer.",

@@ -155,7 +155,7 @@ double LnGamma_P(double a, double x) {
 
 double LnGamma_Q(double a, double x) {
   if (!tarn::CheckIncompleteGammaArguments(a, x)) return 0.0;
-  if (!tarn::UsesSeries(a, x)) return tarn::LnGammaContFrac(a, x);
+  if (x >= a + 1.0) return tarn::LnGammaContFrac(a, x);
   const double y = tarn::LnGammaSeries(a, x);
   if (y < tarn::kLogComplementSwitch) return std::log(1.0 - std::exp(y));
   return std::log(1.0 - tarn::LogComplementSeries(y));

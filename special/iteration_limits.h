@@ -17,8 +17,8 @@ inline constexpr double kTolerance = 1e-16;
 /// Most rounds of any series or continued fraction.
 inline constexpr int kMaxRounds = 1000;
 
-/// Most steps of a recurrence over the order of a function. Longer ones raise error 3 instead of
-/// running for minutes; no such result is within the range of a double and of any use.
+/// Most steps of a recurrence over the order of a function. Longer ones raise error 3: they would
+/// run for up to minutes, for every element of an array.
 inline constexpr double kMaxRecurrenceSteps = 1e7;
 
 }  // namespace tarn

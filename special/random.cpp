@@ -35,9 +35,6 @@ constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
 /// Means from which on Poisson deviates are found by rejection.
 constexpr double kPoissonRejectionMean = 12.0;
-/// Above 2^53 doubles skip integers: a deviate could not be told from its neighbours, and the
-/// rounding errors of k ln m - ln k! alone decide about acceptance.
-constexpr double kLargestPoissonMean = 9007199254740992.0;
 /// Trial counts from which on binomial deviates are no longer found by making the trials.
 constexpr int kBinomialManyTrials = 25;
 
@@ -91,6 +88,8 @@ void PreparePoissonRejection(double mean) {
 
 double PoissonByRejection(double mean) {
   PreparePoissonRejection(mean);
+  // NaN, or beyond the range of mean ln mean: nothing would ever be accepted.
+  if (!std::isfinite(poissonG)) return kNotANumber;
   for (int attempt = 0; attempt < kAttemptLimit; ++attempt) {
     const double y = DrawLorentzian();
     const double e = poissonSqrt2Mean * y + mean;
@@ -174,14 +173,14 @@ double RandGauss(double mean, double sigma) {
 }
 
 double RandPoisson(double mean) {
-  if (std::isnan(mean) || mean > tarn::kLargestPoissonMean) return tarn::kNotANumber;
   const tarn::RandomLockGuard lock;
   return mean < tarn::kPoissonRejectionMean ? tarn::PoissonByProduct(mean)
                                             : tarn::PoissonByRejection(mean);
 }
 
 double RandBinominal(double p, int n) {
-  if (std::isnan(p)) return tarn::kNotANumber;
+  // Rejection would never accept anything.
+  if (std::isnan(p) && n >= tarn::kBinomialManyTrials) return tarn::kNotANumber;
   const double rarer = p <= 0.5 ? p : 1.0 - p;
   const tarn::RandomLockGuard lock;
   const double count = tarn::CountSuccesses(rarer, n);

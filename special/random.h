@@ -48,11 +48,13 @@ TARN_API double RandGauss(double mean, double sigma);
 /// about the mean [3]: one uniform per trial value, and one more to accept or reject it where it is
 /// not negative. Rejection accepts about every second trial, whatever the mean.
 ///
-/// @param mean  A mean that is NaN, or above 2^53, where the integers around it are no longer
-///              doubles, gives NaN without drawing. For a negative mean the product is never above
-///              exp(-mean) and the result is 0 after one draw; with one exception: before any other
-///              call, the mean -1 meets the cache in its initial state (mean -1, comparison value
-///              0), and the deviate counts the uniforms until their product underflows to 0.
+/// @param mean  Above 2^53 doubles skip integers, and rounding errors of k ln(mean) - ln(k!) have a
+///              say in what is accepted. A mean that is NaN, or so large (above 2.5e305) that
+///              mean ln(mean) overflows, gives NaN without drawing. For a negative mean the product
+///              is never above exp(-mean) and the result is 0 after one draw; with one exception:
+///              before any other call, the mean -1 meets the cache in its initial state (mean -1,
+///              comparison value 0), and the deviate counts the uniforms until their product
+///              underflows to 0.
 /// @return a non-negative integer as a double, or NaN
 TARN_API double RandPoisson(double mean);
 
@@ -64,7 +66,8 @@ TARN_API double RandPoisson(double mean);
 /// is within pp (1 - exp(-n pp)) of the binomial one in total variation [4]. With n pp >= 1 it
 /// rejects from a Lorentzian of scale sqrt(2 n pp (1 - pp)) about n pp [3], as `RandPoisson` does.
 ///
-/// @param p  NaN gives NaN without drawing. A probability below 0 counts as 0, one above 1 as 1.
+/// @param p  A probability below 0 counts as 0, one above 1 as 1. NaN: below 25 trials every one
+///           is made and counts as a success, from 25 on the result is NaN without drawing.
 /// @param n  number of trials; with n < 1 no trial succeeds: the result is 0, or n for p > 1/2
 /// @return an integer as a double, or NaN
 TARN_API double RandBinominal(double p, int n);

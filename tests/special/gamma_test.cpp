@@ -205,6 +205,11 @@ TEST_F(Gamma, NaNGivesNaNWithoutError) {
   EXPECT_TRUE(std::isnan(LnGamma(kNaN)));
 }
 
+TEST_F(Gamma, LnGammaQOfNothingIsZeroForAnOrderThatIsNaN) {
+  // NaN is not at or below x, and the logarithm of the series at x = 0 counts as 0.
+  EXPECT_EQ(LnGamma_Q(kNaN, 0.0), 0.0);
+}
+
 TEST_F(Gamma, InfiniteAndHugeArgumentsEnd) {
   for (const auto function : {Gamma_P, Gamma_Q, LnGamma_P, LnGamma_Q}) {
     EXPECT_TRUE(std::isnan(function(kInfinity, 1.0)));
