@@ -9,6 +9,11 @@ namespace {
 
 constexpr int kDefaultMaxIterations = 1000;
 
+/// The reason of a search whose last value is `value`.
+StopReason ReasonAt(double value, StopReason reason) {
+  return std::isnan(value) ? StopReason::kNotANumber : reason;
+}
+
 }  // namespace
 }  // namespace tarn
 
@@ -66,9 +71,8 @@ double BiSection_Double::Halve(double a, double b, double fb) {
   if (fm == 0) return End(tarn::StopReason::kConvergedValue, middle);
   TraceResult(middle, fm);
   while (std::fabs(b - a) / width > accuracy_) {
-    if (std::isnan(fm)) return End(tarn::StopReason::kNotANumber, middle);
     double& end = fm * fb > 0 ? b : a;
-    if (end == middle) return End(tarn::StopReason::kNothingToShrink, middle);
+    if (end == middle) return End(tarn::ReasonAt(fm, tarn::StopReason::kNothingToShrink), middle);
     if (&end == &b) fb = fm;
     end = middle;
     middle = (a + b) * 0.5;
@@ -77,8 +81,7 @@ double BiSection_Double::Halve(double a, double b, double fb) {
     if (fm == 0) return End(tarn::StopReason::kConvergedValue, middle);
     TraceResult(middle, fm);
   }
-  return End(std::isnan(fm) ? tarn::StopReason::kNotANumber : tarn::StopReason::kConvergedStep,
-             (a + b) * 0.5);
+  return End(tarn::ReasonAt(fm, tarn::StopReason::kConvergedStep), (a + b) * 0.5);
 }
 
 /// The end whose value is nearer to zero, of two values of the same sign.

@@ -140,13 +140,27 @@ TEST_F(SearchTest, BisectionOfAnIntervalWithoutInnerNumbersEnds) {
   EXPECT_EQ(search.GetStopReason(), StopReason::kNothingToShrink);
 }
 
-TEST_F(SearchTest, BisectionEndsAtTheMidpointWhoseValueIsNotANumber) {
-  BiSection_Double always = Search([](double) { return kNaN; }, 2, 6);
-  EXPECT_EQ(always.Solve(), 4);
-  EXPECT_EQ(always.GetStopReason(), StopReason::kNotANumber);
-  BiSection_Double later = Search([](double x) { return x > 2 && x < 3.5 ? kNaN : x - 2.1; }, 0, 6);
-  EXPECT_EQ(later.Solve(), 3);
-  EXPECT_EQ(later.GetStopReason(), StopReason::kNotANumber);
+TEST_F(SearchTest, BisectionTakesAValueThatIsNotANumberForTheOtherSideOfTheZero) {
+  const auto always = [](double) { return kNaN; };
+  const auto above = [](double x) { return x > 0.5 ? kNaN : x - 0.1; };
+  const auto between = [](double x) { return x > 2 && x < 3.5 ? kNaN : x - 2.1; };
+  const std::tuple<std::function<double(double)>, double, double> cases[] = {
+      {always, 2, 6}, {above, -1, 1}, {between, 0, 6}};
+  for (const auto& [f, a, b] : cases) {
+    reference::Log<double> log;
+    const double expected = reference::Bisect(f, a, b, 1e-3, log);
+    BiSection_Double search = Search(f, a, b, 1e-3);
+    EXPECT_EQ(Bits(search.Solve()), Bits(expected));
+    ExpectSameBits(RecordedFunction::calls, log.evaluated, "not a number");
+  }
+}
+
+TEST_F(SearchTest, BisectionThatEndsAtNoNumberSaysSo) {
+  for (const double accuracy : {1e-3, 0.0}) {
+    BiSection_Double search = Search([](double) { return kNaN; }, 2, 6, accuracy);
+    EXPECT_NEAR(search.Solve(), 6, 5e-3);
+    EXPECT_EQ(search.GetStopReason(), StopReason::kNotANumber);
+  }
 }
 
 TEST_F(SearchTest, BisectionOfInfiniteIntervalsEnds) {
