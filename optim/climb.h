@@ -52,7 +52,9 @@ struct SolveRecord {
 /// **Scaled coordinates.** All work is done on s_i = (x_i - lo_i)/(hi_i - lo_i), so that the box is
 /// the unit cube; `accuracy` and steps are in these units unless a member says otherwise. A
 /// variable whose range is empty (or not finite) is fixed: it stays at lo_i, its scaled value and
-/// all its derivatives are 0. From a start inside the box no point outside of it is ever evaluated.
+/// all its derivatives are 0. From a start inside the box no scaled point outside of the unit cube
+/// is evaluated but for rounding errors, and so no x beyond a bound by more than those of
+/// s_i (hi_i - lo_i) + lo_i, as long as no minimum step is wider than its range.
 ///
 /// **Methods.** `Solve` (quasi-Newton runs and passes along a set of directions in turn) is the one
 /// to start with; `SolveBFGS` and `SolveDFP` (variable metric, for smooth functions), `SolvePowell`

@@ -9,7 +9,6 @@
 
 #include "optim/climb.h"
 #include "optim/difference_points.h"
-#include "optim/unit_interval.h"
 
 /// Step of a finite difference in variable i, in scaled units.
 template <class T>
@@ -127,7 +126,7 @@ T T_Climb<T>::StepForward(T_MatVectorCol<T>& s, T_MatVectorCol<T>& point, int i)
   const T h = DifferenceStep(i);
   const T t = s[i];
   const T best = bestPoint_[i];
-  s[i] = tarn::KeepInside(t == 1 ? t - h : std::min(T(1), t + h), t);
+  s[i] = t == 1 ? t - h : std::min(T(1), t + h);
   point = s;
   bestPoint_[i] = best;
   return point[i] - best;

@@ -4,28 +4,21 @@
 /// @file
 /// `T_Climb`: conversion between scaled and real coordinates, calls of the user functions, trace.
 
-#include <algorithm>
 #include <cstddef>
 
 #include "optim/climb.h"
 #include "optim/search_host.h"
-#include "optim/unit_interval.h"
 
 namespace tarn {
 
-/// n scaled coordinates in real units; `bounds` holds two per coordinate. Inside the unit interval
-/// the result lies between the bounds, which rounding alone could miss. Without a range it is the
-/// lower bound. All choices are between values, so that compilers work on several coordinates at a
-/// time.
+/// n scaled coordinates in real units; `bounds` holds two per coordinate. Without a range it is the
+/// lower bound: a choice between values, so that compilers work on several coordinates at a time.
 template <class T>
 void ToRealCoordinates(T* x, const T* s, const T* invRange, const T* bounds, int n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) {
-    const T first = bounds[2 * i];
-    const T second = bounds[2 * i + 1];
-    const T moved = s[i] / invRange[i] + first;
-    const T clamped = Clamp(moved, std::min(first, second), std::max(first, second));
-    const T real = IsInUnit(s[i]) ? clamped : moved;
-    x[i] = invRange[i] == 0 ? first : real;
+    const T lower = bounds[2 * i];
+    const T real = s[i] / invRange[i] + lower;
+    x[i] = invRange[i] == 0 ? lower : real;
   }
 }
 

@@ -98,8 +98,8 @@ int T_Climb<T>::_GetDerivative2_ParamsForward(T_MatVectorCol<T>& s, int i, int j
 template <class T>
 int T_Climb<T>::_GetDerivative2_ParamsSymmetric(T_MatVectorCol<T>& s, int i, int j,
                                                 T_MatVectorCol<T>* points, T& di, T& dj) {
-  const tarn::CentralDifference<T> inI(s[i], DifferenceStep(i));
-  const tarn::CentralDifference<T> inJ(s[j], DifferenceStep(j));
+  const tarn::InnerDifference<T> inI(s[i], DifferenceStep(i));
+  const tarn::InnerDifference<T> inJ(s[j], DifferenceStep(j));
   tarn::SetCorners(points, s, i, {inI.low, inI.high}, j, {inJ.low, inJ.high});
   di = std::fabs(inI.Width());
   dj = std::fabs(inJ.Width());

@@ -368,14 +368,14 @@ T LineSearch<T>::ValueScale() const {
 
 // Records -----------------------------------------------------------------------------------------
 
-/// trial_ = best point + t*direction. Rounding does not carry it out of the box.
+/// trial_ = best point + t*direction
 template <class T>
 void LineSearch<T>::SetTrial(T t) {
   const T* base = climb_.bestPoint_;
   const T* direction = direction_;
   T* trial = trial_;
   for (int i = 0; i < climb_.dimension_; ++i) {
-    trial[i] = KeepInside(base[i] + t * direction[i], base[i]);
+    trial[i] = base[i] + t * direction[i];
   }
 }
 

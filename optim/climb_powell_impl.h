@@ -9,7 +9,6 @@
 
 #include "frame/module_state.h"
 #include "optim/climb.h"
-#include "optim/unit_interval.h"
 
 namespace tarn {
 
@@ -55,7 +54,7 @@ T T_Climb<T>::Extrapolate(T f0, T f, T maxDrop, T_MatVectorCol<T>& before, T_Mat
   // The cap is in units of the way's length although t counts multiples of the way: kept so.
   tmax = std::min(tmax, 2 * way.Norm());
   for (int i = 0; i < dimension_; ++i) {
-    far[i] = tarn::KeepInside(bestPoint_[i] + tmax * way[i], bestPoint_[i]);
+    far[i] = bestPoint_[i] + tmax * way[i];
   }
   const T fe = FuncAtScaled(far);
   // The value 0 of a cancelled line search is not that of the best point: nothing to compare with.

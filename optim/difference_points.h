@@ -16,10 +16,10 @@ template <class T>
 struct CentralDifference {
   CentralDifference(T base, T h) {
     middle = base;
-    if (base == 0) middle = KeepInside(h, base);
-    if (base == 1) middle = KeepInside(1 - h, base);
-    low = KeepInside(std::max(T(0), middle - h), base);
-    high = KeepInside(std::min(T(1), middle + h), base);
+    if (base == 0) middle = h;
+    if (base == 1) middle = 1 - h;
+    low = std::max(T(0), middle - h);
+    high = std::min(T(1), middle + h);
   }
 
   T Width() const { return high - low; }
@@ -29,13 +29,29 @@ struct CentralDifference {
   T high;
 };
 
+/// Two points for a central difference of step h about `base` in each of two coordinates. Unlike
+/// those above they are in the box also when the base is not.
+template <class T>
+struct InnerDifference {
+  InnerDifference(T base, T h) {
+    const T middle = CentralDifference<T>(base, h).middle;
+    low = ClampToUnit(middle - h);
+    high = ClampToUnit(middle + h);
+  }
+
+  T Width() const { return high - low; }
+
+  T low;
+  T high;
+};
+
 /// Two points for a forward difference of step h from `base`; from the upper face the first lies
 /// one step inwards.
 template <class T>
 struct ForwardDifference {
   ForwardDifference(T base, T h) {
-    near = base == 1 ? KeepInside(1 - h, base) : base;
-    far = KeepInside(std::min(T(1), near + h), base);
+    near = base == 1 ? 1 - h : base;
+    far = std::min(T(1), near + h);
   }
 
   T Width() const { return far - near; }

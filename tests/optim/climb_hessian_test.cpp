@@ -103,6 +103,16 @@ TYPED_TEST(ClimbHessianTest, MixedCentralDerivative) {
                 {T(0.4375), 0}, {T(0.5625), 0}, {T(0.4375), T(0.125)}, {T(0.5625), T(0.125)}}));
 }
 
+TYPED_TEST(ClimbHessianTest, MixedCentralDerivativeOutsideTheBoxIsZero) {
+  using T = TypeParam;
+  T_Climb<T> climb = this->Form();
+  climb.SetSymmetricDerivative(1);
+  for (const T outside : {T(1.25), T(-0.25)}) {
+    T_MatVectorCol<T> s = Vector<T>({T(0.5), outside});
+    EXPECT_EQ(Access<T>::GetDerivative2(climb, s, 0, 1), 0);  // both ends on the same face
+  }
+}
+
 TYPED_TEST(ClimbHessianTest, EachVariableHasItsOwnStep) {
   using T = TypeParam;
   T_Climb<T> climb = this->Form();

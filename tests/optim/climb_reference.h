@@ -85,11 +85,6 @@ class Climb {
         continue;
       }
       x[i] = s[i] / inv[i] + lo[i];
-      // What lies inside the unit cube lies inside the box, rounding or not.
-      if (s[i] >= 0 && s[i] <= 1) {
-        if (x[i] < std::min(lo[i], hi[i])) x[i] = std::min(lo[i], hi[i]);
-        if (x[i] > std::max(lo[i], hi[i])) x[i] = std::max(lo[i], hi[i]);
-      }
     }
     return x;
   }
@@ -199,8 +194,7 @@ class Climb {
           p = best;
           const T t = p[i];
           const T h = Step(i);
-          const T t1 = t == 1 ? t - h : std::min(T(1), t + h);
-          p[i] = Inside(t1, t);
+          p[i] = t == 1 ? t - h : std::min(T(1), t + h);
           delta[i] = p[i] - best[i];
         }
         batch.push_back(p);
@@ -209,11 +203,11 @@ class Climb {
       for (int i = 0; i < n; ++i) {
         const T h = Step(i);
         T t = best[i];
-        if (best[i] == 0) t = Inside(h, best[i]);
-        if (best[i] == 1) t = Inside(1 - h, best[i]);
+        if (best[i] == 0) t = h;
+        if (best[i] == 1) t = 1 - h;
         Point<T> below = best, above = best;
-        above[i] = Inside(std::min(T(1), t + h), best[i]);
-        below[i] = Inside(std::max(T(0), t - h), best[i]);
+        above[i] = std::min(T(1), t + h);
+        below[i] = std::max(T(0), t - h);
         delta[i] = above[i] - below[i];
         batch.push_back(below);
         batch.push_back(above);
@@ -240,13 +234,6 @@ class Climb {
   }
 
   T Step(int i) const { return !minStep.empty() && minStep[i] != 0 ? minStep[i] : defaultStep; }
-
-  /// No step from inside the unit interval leads out of it.
-  static T Inside(T moved, T from) {
-    if (!(from >= 0 && from <= 1)) return moved;
-    if (moved < 0) return 0;
-    return moved > 1 ? 1 : moved;
-  }
 
   void WindowProgress(int value) { window.push_back("SetProgress " + std::to_string(value)); }
   void WindowCheck() { window.emplace_back("CheckCancel"); }
@@ -361,7 +348,7 @@ class Climb {
     auto clamp = [&](T t) { return t < tmin ? tmin : t > tmax ? tmax : t; };
     auto pointAt = [&](T t) {
       Point<T> p(n);
-      for (int i = 0; i < n; ++i) p[i] = Inside(origin[i] + t * dn[i], origin[i]);
+      for (int i = 0; i < n; ++i) p[i] = origin[i] + t * dn[i];
       return p;
     };
     auto evaluate = [&](T t) {
@@ -672,7 +659,7 @@ class Climb {
       Range(best, dnew, tmin, tmax);
       tmax = std::min(tmax, 2 * Norm(dnew));
       Point<T> pe(n);
-      for (int i = 0; i < n; ++i) pe[i] = Inside(best[i] + tmax * dnew[i], best[i]);
+      for (int i = 0; i < n; ++i) pe[i] = best[i] + tmax * dnew[i];
       const T fe = At(pe);
       const T w = f0 - fx - maxDrop;
       if (fe < fx && 2 * (f0 - 2 * fx + fe) * (w * w) < (f0 - fe) * (f0 - fe) * maxDrop) {

@@ -19,8 +19,7 @@ struct Current {
   static T Evaluate(T_MatVector<T>& x, Variable* /*extra*/) {
     bool inside = true;
     for (int i = 0; i < x.Dim(); ++i) {
-      const auto k = static_cast<std::size_t>(2 * i);
-      inside = inside && x[i] >= problem->bounds[k] && x[i] <= problem->bounds[k + 1];
+      inside = inside && problem->Contains(static_cast<std::size_t>(i), x[i]);
     }
     if (!inside) ++outside;
     return problem->f(x);

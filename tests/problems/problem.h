@@ -4,8 +4,11 @@
 /// @file
 /// A minimisation problem as tests, tables and benchmarks use it.
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,17 @@ struct Problem {
   std::function<T(const T*)> f;
 
   int Dimension() const { return static_cast<int>(start.size()); }
+
+  /// Whether coordinate i of a point lies between its bounds, but for the rounding errors of the
+  /// scaled coordinate s and of s/(1/(hi - lo)) + lo: each is at most half a unit of what it
+  /// rounds.
+  bool Contains(std::size_t i, T x) const {
+    const T lo = std::min(bounds[2 * i], bounds[2 * i + 1]);
+    const T hi = std::max(bounds[2 * i], bounds[2 * i + 1]);
+    const T rounding =
+        4 * std::numeric_limits<T>::epsilon() * std::max({std::fabs(lo), std::fabs(hi), hi - lo});
+    return x >= lo - rounding && x <= hi + rounding;
+  }
 };
 
 /// The same interval for each of n variables.
