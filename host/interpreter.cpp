@@ -25,8 +25,9 @@ void CheckStop(lua_State* lua, lua_Debug* /*event*/) {
   HostState& host = HostOf(lua);
   const bool cancelled = host.TakeCancelRequest();
   const bool stopped = host.StopRequested();
+  const int steps = stopped ? 1 : kStepsBetweenStopChecks;
+  if (lua_gethookcount(lua) != steps) lua_sethook(lua, CheckStop, LUA_MASKCOUNT, steps);
   if (!cancelled && !stopped) return;
-  lua_sethook(lua, CheckStop, LUA_MASKCOUNT, stopped ? 1 : kStepsBetweenStopChecks);
   HostError error = host.NewError(kErrorCancel, nullptr);
   error.where = ScriptPosition(lua);
   PushErrorValue(lua, error);
@@ -94,6 +95,12 @@ void RunFileBody(lua_State* lua, const std::string& path, std::span<const std::s
 }
 
 }  // namespace
+
+void CheckRequests(lua_State* lua) {
+  const HostState& host = HostOf(lua);
+  if (!host.StopRequested() && !host.CancelRequested()) return;
+  lua_sethook(lua, CheckStop, LUA_MASKCOUNT, 1);
+}
 
 void OpenInterpreter(HostState& host) {
   host.interpreter = luaL_newstate();

@@ -19,6 +19,9 @@ void OpenInterpreter(HostState& host);
 /// Ends it; every value that only scripts held is freed.
 void CloseInterpreter(HostState& host);
 
+/// Lets the script see a request to stop or to cancel, where there is one, at its next step.
+void CheckRequests(lua_State* lua);
+
 /// A call from the embedding program: the outermost one takes back requests to stop and to
 /// cancel at its end.
 class ProgramCall {

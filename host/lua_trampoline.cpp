@@ -2,6 +2,7 @@
 
 #include "frame/error_numbers.h"
 #include "host/function_call.h"
+#include "host/interpreter.h"
 #include "host/lua_values.h"
 
 namespace tarn {
@@ -39,6 +40,7 @@ int CallRegisteredFunction(lua_State* lua) {
   VarRegister result;
   ReadArguments(lua, function.signature, arguments.Get());
   std::optional<HostError> error = RunHandler(host, function, result, arguments.Get());
+  CheckRequests(lua);
   if (error) throw RaisedError(*std::move(error));
   PushResult(lua, result);
   return 1;

@@ -126,6 +126,15 @@ TEST_F(CancelTest, OfAComputationGivesItNoMoreValues) {
   EXPECT_EQ(Number("return n"), 13.0) << "the next computation runs";
 }
 
+// A computation may take longer than many steps of the script do.
+TEST_F(CancelTest, IsSeenWhenAComputationReturns) {
+  EXPECT_EQ(
+      Failure("n = 0 while true do CallMany(function() print('cancel') end, 1) n = n + 1 end").name,
+      "Progress window got cancel");
+  EXPECT_EQ(Number("return n"), 0.0);
+  Run("for i = 1, 1000000 do end");
+}
+
 TEST_F(CancelTest, OtherErrorsDoNotKeepValuesFromAComputation) {
   EXPECT_EQ(Failure("n = 0; CallMany(function() n = n + 1; error('x') end, 10)").message, "x");
   EXPECT_EQ(Number("return n"), 10.0);
