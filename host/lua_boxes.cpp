@@ -83,7 +83,7 @@ constexpr NativeFunction kCallObjectMethod{nullptr, CallObjectMethod};
 bool PushMember(lua_State* lua, const Object& object, const char* name) {
   const std::uint16_t nameId = FindNameId(name);
   const Variable* member = nameId == kNoName ? nullptr : object.FindMember(nameId);
-  if (member != nullptr) {
+  if (member != nullptr && !IsHiddenFromScripts(*member)) {
     PushShared(lua, *member);
     return true;
   }
@@ -174,7 +174,18 @@ int WriteElement(lua_State* lua, Variable& value) {
   return 0;
 }
 
+/// Ends the script when it is about to set a member that it does not see.
+void RequireSettable(const Object& object, const char* name) {
+  const std::uint16_t nameId = FindNameId(name);
+  const Variable* member = nameId == kNoName ? nullptr : object.FindMember(nameId);
+  if (member == nullptr || !IsHiddenFromScripts(*member)) return;
+  throw ScriptError(kErrorArgument, "the member \"" + std::string(name) +
+                                        "\" of an object of class " + object.Class().Name() +
+                                        " cannot be set");
+}
+
 int WriteMember(lua_State* lua, Object& object) {
+  RequireSettable(object, lua_tostring(lua, 2));
   Variable written;
   ReadValue(lua, 3, written);
   const std::uint16_t nameId = MakeNameId(lua_tostring(lua, 2));
@@ -272,13 +283,13 @@ constexpr char kDivide[] = "__div";
 constexpr char kNegate[] = "__unm";
 constexpr char kPower[] = "__pow";
 
-/// The member after the one whose name is at `index`; the first where nothing is there.
+/// The visible member after the one whose name is at `index`; the first where nothing is there.
 const Member* MemberAfter(lua_State* lua, int index, const Object& object) {
-  if (lua_type(lua, index) != LUA_TSTRING) return object.FirstMember();
+  if (lua_type(lua, index) != LUA_TSTRING) return VisibleMember(object.FirstMember());
   const std::uint16_t nameId = FindNameId(lua_tostring(lua, index));
   const Member* member = object.FirstMember();
   while (member != nullptr && member->nameId != nameId) member = member->next;
-  return member == nullptr ? nullptr : member->next;
+  return member == nullptr ? nullptr : VisibleMember(member->next);
 }
 
 /// The step of `pairs`: key and value after a key, elements first, then members.

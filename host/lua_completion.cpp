@@ -26,7 +26,8 @@ void CollectKeys(lua_State* lua, Names& names) {
 void CollectMembers(const HostState& host, const Variable& value, Names& names) {
   const Object* object = value.GetObject();
   if (object == nullptr) return;
-  for (const Member* member = object->FirstMember(); member != nullptr; member = member->next) {
+  for (const Member* member = VisibleMember(object->FirstMember()); member != nullptr;
+       member = VisibleMember(member->next)) {
     names.push_back(NameOf(member->nameId));
   }
   for (const ScriptMethod& method : object->Class().Methods()) names.emplace_back(method.name);

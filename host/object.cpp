@@ -34,6 +34,15 @@ Variable* Object::FindOrCreateMember(std::uint16_t nameId) {
 
 namespace tarn {
 
+bool IsHiddenFromScripts(const Variable& member) {
+  return VariableAccess::IsOwner(VariableAccess::Resolve(member));
+}
+
+const Member* VisibleMember(const Member* member) {
+  while (member != nullptr && IsHiddenFromScripts(member->value)) member = member->next;
+  return member;
+}
+
 bool MakeObject(Variable& value, const ScriptClass& scriptClass) {
   Object* object = Object::Create(scriptClass);
   if (object == nullptr) return false;

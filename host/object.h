@@ -64,6 +64,12 @@ void ForEachHeldValue(Container* container, Visitor visit) {
   }
 }
 
+/// Whether a value owns a native object. A member that does is part of the object as its module
+/// made it: scripts neither see nor set it.
+bool IsHiddenFromScripts(const Variable& member);
+/// The first member from `member` on that scripts see; null when there is none.
+const Member* VisibleMember(const Member* member);
+
 /// Makes the empty `value` an object of that class. False when the heap refuses.
 bool MakeObject(Variable& value, const ScriptClass& scriptClass);
 

@@ -42,9 +42,10 @@ std::string ElementsText(const Variable& value, int depth) {
 
 std::string MembersText(const Object& object, int depth) {
   if (depth > kDeepestShown) return "(...)";
-  std::string text = "(";
-  for (const Member* member = object.FirstMember(); member != nullptr; member = member->next) {
-    if (member != object.FirstMember()) text += ", ";
+  std::string text;
+  for (const Member* member = VisibleMember(object.FirstMember()); member != nullptr;
+       member = VisibleMember(member->next)) {
+    text += text.empty() ? "(" : ", ";
     text += NameOf(member->nameId) + " = " + TextAt(member->value, depth + 1);
   }
   return text + ")";
@@ -54,7 +55,7 @@ std::string ObjectText(const Variable& value, int depth) {
   const Object& object = *value.GetObject();
   std::string text = object.Class().Name();
   if (HasElements(value)) text += ElementsText(value, depth);
-  if (object.FirstMember() != nullptr) text += MembersText(object, depth);
+  if (VisibleMember(object.FirstMember()) != nullptr) text += MembersText(object, depth);
   return text;
 }
 

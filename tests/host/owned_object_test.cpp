@@ -165,6 +165,60 @@ TEST_F(OwnedObjectTest, MayItselfHoldValuesThatOwnObjects) {
   EXPECT_EQ(live, 0);
 }
 
+// Members that scripts do not see ----------------------------------------------------------------
+
+/// Runs scripts on the global `o`, a record of a native object and two numbers.
+class HiddenMemberTest : public OwnedObjectTest {
+ protected:
+  HiddenMemberTest() {
+    Variable record;
+    EXPECT_NE(host.GetProcessor().MakeInstance(record, "Record", nullptr, 0), 0);
+    record("before") = 1;
+    record("native").SetOwnedObject(new Native(live));
+    record("after") = 2;
+    VarRegister argument;
+    argument.PointTo(&record);
+    Run("function keep(record) o = record:copy() end");
+    Variable keep = Value("return keep");
+    VarRegister result;
+    EXPECT_NE(host.GetProcessor().RunFunctionAsIs(result, keep, &argument, 1), 0);
+  }
+};
+
+TEST_F(HiddenMemberTest, PairsLeavesItOut) {
+  Run("names = '' for name, value in pairs(o) do names = names .. name .. value .. ' ' end");
+  EXPECT_EQ(Text("names"), "before1 after2 ");
+}
+
+TEST_F(HiddenMemberTest, ReadsAsNothing) { EXPECT_EQ(Text("o.native"), "nil"); }
+
+TEST_F(HiddenMemberTest, IsNotPartOfTheText) {
+  EXPECT_EQ(Text("o"), "Record(before = 1, after = 2)");
+}
+
+TEST_F(HiddenMemberTest, IsNotCompleted) {
+  EXPECT_EQ(host.Complete("o.na"), std::vector<std::string>{});
+  EXPECT_EQ(host.Complete("o.be"), std::vector<std::string>{"o.before"});
+}
+
+TEST_F(HiddenMemberTest, CannotBeSet) {
+  for (const char* value : {"nil", "7", "'x'", "{1}"}) {
+    const HostError error = Failure(std::string("o.native = ") + value);
+    EXPECT_EQ(error.number, 3);
+    EXPECT_EQ(error.message, "the member \"native\" of an object of class Record cannot be set");
+  }
+  EXPECT_EQ(live, 1);
+  Run("o.after = 3");
+  EXPECT_EQ(Number("return o.after"), 3.0);
+}
+
+TEST_F(HiddenMemberTest, GoesWithCopies) {
+  Run("local copy = o:copy() o = nil collectgarbage() kept = copy");
+  EXPECT_EQ(live, 1);
+  Run("kept = nil collectgarbage() collectgarbage()");
+  EXPECT_EQ(live, 0);
+}
+
 // Members by index --------------------------------------------------------------------------------
 
 TEST_F(OwnedObjectTest, MembersHaveNamesInTheOrderOfTheirCreation) {

@@ -112,13 +112,30 @@ TEST_F(ToolkitTest, CopiesOfAMatrixAreIndependentOfIt) {
   EXPECT_EQ(Number("return b(2, 2)"), 4.0);
 }
 
-TEST_F(ToolkitTest, EndsCleanlyWhenAScriptTakesTheDataAway) {
-  Run("a = Matrix{{1, 2}, {3, 4}}; a.native = nil");
+TEST_F(ToolkitTest, ScriptsDoNotReachTheDataOfAMatrix) {
+  Run("a = Matrix{{1, 2}, {3, 4}}; for name in pairs(a) do error(name) end");
+  EXPECT_EQ(Failure("a.native = nil").number, 3);
+  EXPECT_EQ(Number("return a(2, 2)"), 4.0);
+}
+
+// A program can take away what a script cannot.
+TEST_F(ToolkitTest, EndsCleanlyWhenAProgramTakesTheDataAway) {
+  Run("function take(object) a = object end");
+  Variable matrix = Value("return Matrix{{1, 2}, {3, 4}}");
+  Variable sample = Value("return Stat{1, 2}");
+  sample("native") = matrix("native");
+  matrix("native") = 7;
+  Variable take = Value("return take");
+  VarRegister argument;
+  VarRegister result;
+  argument.PointTo(&matrix);
+  ASSERT_NE(host.GetProcessor().RunFunctionAsIs(result, take, &argument, 1), 0);
   EXPECT_EQ(Refusal("a:Rows()"),
             "3 Matrix.Rows: the object has lost its data, its member \"native\"");
-  Run("a.native = 'x'");
-  EXPECT_EQ(Refusal("a * a"),
-            "3 Matrix.__mul: the object has lost its data, its member \"native\"");
+  argument.PointTo(&sample);
+  ASSERT_NE(host.GetProcessor().RunFunctionAsIs(result, take, &argument, 1), 0);
+  EXPECT_EQ(Refusal("a:MedianSD()"),
+            "3 Stat.MedianSD: the object has lost its data, its member \"native\"");
 }
 
 }  // namespace

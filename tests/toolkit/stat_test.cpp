@@ -261,10 +261,4 @@ TEST_F(StatScriptTest, RefusesWeightsThatAreNone) {
       "88 WeightedStat.CorrelationToWeights: log_values needs values above 0, the smallest is -1");
 }
 
-TEST_F(StatScriptTest, EndsCleanlyWithTheDataOfAnotherClass) {
-  Run("s = Stat(x); s.native = Matrix{{1}}.native");
-  EXPECT_EQ(Refusal("s:MedianSD()"),
-            "3 Stat.MedianSD: the object has lost its data, its member \"native\"");
-}
-
 }  // namespace
