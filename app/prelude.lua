@@ -74,8 +74,10 @@ local function describeMembers(value, title)
   local width = 0
   for name in pairs(value) do width = math.max(width, #tostring(name)) end
   local lines = {title}
+  local indent = "\n" .. (" "):rep(width + 4)
   for name, member in pairs(value) do
-    lines[#lines + 1] = string.format("  %-" .. width .. "s  %s", name, describe(member, 1))
+    local text = describe(member, 1):gsub("\n", indent)
+    lines[#lines + 1] = string.format("  %-" .. width .. "s  %s", name, text)
   end
   return table.concat(lines, "\n")
 end

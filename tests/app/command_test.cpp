@@ -372,4 +372,14 @@ TEST(CommandTest, ProgressWindowsShowNothingWhereThereIsNoTerminal) {
   EXPECT_EQ(result.out + result.err, "");
 }
 
+TEST(CommandTest, ShowAlignsMembersOfSeveralLines) {
+  const CommandResult result =
+      RunTarn({"-e", "r = Record() r.m = Matrix{{1, 2}, {3, 4}} r.last = 5 show(r)"});
+  EXPECT_EQ(result.out,
+            "Record\n"
+            "  m     [  1  2  ]\n"
+            "        [  3  4  ]\n"
+            "  last  5\n");
+}
+
 }  // namespace
