@@ -32,6 +32,12 @@ std::string Suggestion(std::string_view word, Names names) {
   return "; known are " + Listed(names);
 }
 
+/// What a value is, in words.
+std::string KindText(const Variable& value) {
+  if (std::strcmp(value.KindName(), "Options") != 0) return value.KindName();
+  return value.GetMemberName(0) == nullptr ? "an empty table" : "a table with names";
+}
+
 bool IsEmpty(const Variable& value) { return std::strcmp(value.KindName(), "nothing") == 0; }
 
 }  // namespace
@@ -52,7 +58,7 @@ std::string CountText(std::int64_t count, const std::string& noun) {
 void Input::Refuse(const std::string& what) const { toolkit::Refuse(name_ + ' ' + what); }
 
 void Input::RefuseKind(const std::string& wanted) const {
-  const std::string got = IsNumber() ? NumberText(value_->GetDoubleNumb()) : value_->KindName();
+  const std::string got = IsNumber() ? NumberText(value_->GetDoubleNumb()) : KindText(*value_);
   Refuse("must be " + wanted + ", got " + got);
 }
 
@@ -93,8 +99,9 @@ int Input::Integer(int lowest, int highest) const {
 }
 
 bool Input::Flag() const {
-  if (!IsNumber()) RefuseKind("true or false");
-  return value_->GetDoubleNumb() != 0.0;
+  const double number = IsNumber() ? value_->GetDoubleNumb() : -1.0;
+  if (number != 0.0 && number != 1.0) RefuseKind("true or false");
+  return number != 0.0;
 }
 
 // Texts and functions -----------------------------------------------------------------------------
@@ -177,6 +184,9 @@ void Input::ReadBound(Numbers& bounds) const {
   if (upper < lower) {
     Refuse("has upper " + NumberText(upper) + " below lower " + NumberText(lower));
   }
+  if (!std::isfinite(upper - lower)) {
+    Refuse("is too wide, from " + NumberText(lower) + " to " + NumberText(upper));
+  }
   bounds.push_back(lower);
   bounds.push_back(upper);
 }
@@ -190,19 +200,26 @@ Numbers Input::Bounds() const {
 
 // Options -----------------------------------------------------------------------------------------
 
-Options::Options(Variable& value, Names known) : value_(&value) {
+Options::Options(Variable& value, Names known, std::string place)
+    : value_(&value), place_(std::move(place)) {
   if (IsEmpty(value)) return;
+  const std::string where = place_.empty() ? "" : place_ + ": ";
   if (value.GetObject() == nullptr || value.GetDim() > 0) {
-    toolkit::Refuse("options need names, as in {" + std::string(*known.begin()) + " = ...}");
+    toolkit::Refuse(where + "options need names, as in {" + std::string(*known.begin()) +
+                    " = ...}");
   }
   const char* name = value.GetMemberName(0);
   for (std::int64_t i = 1; name != nullptr; name = value.GetMemberName(i++)) {
     bool isKnown = false;
     for (const std::string_view candidate : known) isKnown = isKnown || candidate == name;
     if (!isKnown) {
-      toolkit::Refuse("unknown option " + Quoted(name) + Suggestion(name, known));
+      toolkit::Refuse(where + "unknown option " + Quoted(name) + Suggestion(name, known));
     }
   }
+}
+
+std::string Options::NameOf(const char* name) const {
+  return place_.empty() ? name : place_ + '.' + name;
 }
 
 bool Options::Has(const char* name) const {
@@ -210,8 +227,8 @@ bool Options::Has(const char* name) const {
 }
 
 Input Options::Required(const char* name) const {
-  if (!Has(name)) toolkit::Refuse(std::string(name) + " is missing");
-  return {(*value_)(name), name};
+  if (!Has(name)) toolkit::Refuse(NameOf(name) + " is missing");
+  return {(*value_)(name), NameOf(name)};
 }
 
 std::optional<Input> Options::Find(const char* name) const {

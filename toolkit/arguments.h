@@ -101,8 +101,9 @@ class Input {
 class Options {
  public:
   /// Refuses names that are not among `known`, and elements without a name. Nothing, an argument
-  /// left out, stands for no options.
-  Options(Variable& value, Names known);
+  /// left out, stands for no options. Options within others have the name of their place, which
+  /// messages put before the names of the values: "curves[2].y".
+  Options(Variable& value, Names known, std::string place = "");
 
   bool Has(const char* name) const;
   /// The value of that name; its absence is a mistake.
@@ -117,7 +118,11 @@ class Options {
   double PositiveNumber(const char* name, double otherwise) const;
 
  private:
+  /// The name of a value in messages.
+  std::string NameOf(const char* name) const;
+
   Variable* value_;
+  std::string place_;
 };
 
 }  // namespace tarn::toolkit

@@ -15,7 +15,7 @@ double Callback::Run(VarRegister* arguments, int count) {
   Processor* processor = GetOwner();
   if (HasFailed() || processor == nullptr) return kNoValue;
   VarRegister result;
-  if (processor->RunFunctionAsIs(result, *function_, arguments, count) == 0) {
+  if (processor->RunFunctionAsIs(result, function_, arguments, count) == 0) {
     errorNumber_ = processor->GetLastError();
     return kNoValue;
   }

@@ -20,7 +20,7 @@ namespace tarn::toolkit {
 class Callback {
  public:
   /// A function under the name that messages call it by.
-  explicit Callback(const Input& input) : function_(&input.Function()), name_(input.Name()) {}
+  explicit Callback(const Input& input) : function_(input.Function()), name_(input.Name()) {}
 
   double At(double x);
   double At(const T_MatVector<double>& x);
@@ -36,7 +36,8 @@ class Callback {
   double Run(VarRegister* arguments, int count);
   bool Pass(const T_MatVector<double>& x, VarRegister& argument);
 
-  Variable* function_;
+  Variable
+      function_;  ///< a use of its own: a script can change the options while they are worked on
   std::string name_;
   int errorNumber_ = 0;  ///< of the error that a call raised
   std::string mistake_;  ///< what was wrong with a value

@@ -5,13 +5,17 @@
 #include <optim/line_lsqm2.h>
 
 #include <cmath>
+#include <new>
 #include <numbers>
 #include <utility>
 
+#include "basis_table.h"
 #include "callback.h"
 #include "families.h"
 #include "handler.h"
+#include "likelihood.h"
 #include "linear.h"
+#include "matrix_solving.h"
 #include "results.h"
 
 namespace tarn::toolkit {
@@ -24,8 +28,8 @@ constexpr int kMostTerms = 64;
 const Names kBuiltinBases = {"powers", "cosines"};
 enum BuiltinBasis { kPowers, kCosines };
 const Names kModes = {"plain", "refined"};
-/// What a refined fit assumes of the true errors above the stated ones: that their density falls as
-/// 1/s^2, or as 1/s.
+enum Mode { kPlain, kRefined };
+/// In the order of `ErrorPrior`.
 const Names kPriors = {"inverse_square", "Jeffreys"};
 constexpr double kDefaultAccuracy = 1e-7;
 
@@ -33,38 +37,6 @@ constexpr double kDefaultAccuracy = 1e-7;
 //
 // Every basis function is computed once per point. The class library then fits "functions" of the
 // number of the point that look the value up.
-//
-// Each function is divided by its weighted norm over the points, which makes the diagonal of the
-// normal matrix 1. The class library regularises a matrix whose determinant lies outside [1e-16,
-// 1e16]; without the division small errors of the points would be enough for that.
-
-/// Values of the basis functions at the points.
-class BasisTable {
- public:
-  BasisTable(std::size_t terms, std::size_t points)
-      : points_(points), values_(terms * points), norms_(terms, 1.0) {}
-
-  std::size_t Terms() const { return norms_.size(); }
-  double& At(std::size_t term, std::size_t point) { return values_[term * points_ + point]; }
-  double At(std::size_t term, std::size_t point) const { return values_[term * points_ + point]; }
-  /// What the values of a term were divided by.
-  double Norm(std::size_t term) const { return norms_[term]; }
-
-  void Normalise(const Numbers& variances) {
-    for (std::size_t term = 0; term < Terms(); ++term) {
-      double squares = 0.0;
-      for (std::size_t i = 0; i < points_; ++i) squares += At(term, i) * At(term, i) / variances[i];
-      if (!(squares > 0.0 && std::isfinite(squares))) continue;
-      norms_[term] = std::sqrt(squares);
-      for (std::size_t i = 0; i < points_; ++i) At(term, i) /= norms_[term];
-    }
-  }
-
- private:
-  std::size_t points_;
-  Numbers values_;
-  Numbers norms_;
-};
 
 /// Basis function `Term` at the point of that number.
 template <std::size_t Term>
@@ -82,9 +54,17 @@ double BuiltinValue(int builtin, int term, double x, double period) {
   return std::cos(2.0 * std::numbers::pi * term * x / period);
 }
 
+void RequireEnoughPoints(int terms, std::size_t points) {
+  if (points >= static_cast<std::size_t>(terms)) return;
+  Refuse(CountText(terms, "basis function") + " cannot be told apart on " +
+         CountText(static_cast<std::int64_t>(points), "point"));
+}
+
 BasisTable TabulateBuiltin(const Options& options, const Input& basis, const Numbers& x) {
   const int builtin = basis.Choice(kBuiltinBases);
   const int terms = options.Required("terms").Integer(1, kMostTerms);
+  if (builtin != kCosines && options.Has("period")) Refuse("period goes with \"cosines\" only");
+  RequireEnoughPoints(terms, x.size());
   const double period = options.PositiveNumber("period", 2.0 * std::numbers::pi);
   BasisTable table(static_cast<std::size_t>(terms), x.size());
   for (int term = 0; term < terms; ++term) {
@@ -99,6 +79,7 @@ BasisTable TabulateFunctions(const Input& basis, const Numbers& x) {
   const int terms = basis.Length(1);
   if (terms > kMostTerms)
     basis.Refuse("has more than " + std::to_string(kMostTerms) + " functions");
+  RequireEnoughPoints(terms, x.size());
   std::vector<Callback> functions;
   functions.reserve(static_cast<std::size_t>(terms));
   for (int term = 0; term < terms; ++term) functions.emplace_back(basis.Element(term));
@@ -114,7 +95,9 @@ BasisTable Tabulate(const Options& options, const Numbers& x) {
   const Input basis = options.Required("basis");
   if (basis.IsText()) return TabulateBuiltin(options, basis, x);
   if (!basis.IsArray()) basis.RefuseKind("an array of functions, \"powers\" or \"cosines\"");
-  if (options.Has("terms")) Refuse("terms goes with a basis named by a text only");
+  for (const char* name : {"terms", "period"}) {
+    if (options.Has(name)) Refuse(std::string(name) + " goes with a basis named by a text only");
+  }
   return TabulateFunctions(basis, x);
 }
 
@@ -159,19 +142,15 @@ Numbers ReadVariances(const Options& options, std::size_t count) {
 Request ReadRequest(const Options& options) {
   Numbers x = options.Required("x").FiniteArray(1);
   const std::size_t count = x.size();
-  return {std::move(x),
-          ReadPoints(options.Required("y"), count),
-          ReadVariances(options, count),
-          options.PositiveNumber("accuracy", kDefaultAccuracy),
-          ReadChoice(options, "mode", kModes),
-          ReadChoice(options, "prior", kPriors)};
-}
-
-void RequireEnoughPoints(const Request& request, const BasisTable& table) {
-  if (request.x.size() >= table.Terms()) return;
-  Refuse(CountText(static_cast<std::int64_t>(table.Terms()), "basis function") +
-         " cannot be told " + "apart on " +
-         CountText(static_cast<std::int64_t>(request.x.size()), "point"));
+  Request request{std::move(x),
+                  ReadPoints(options.Required("y"), count),
+                  ReadVariances(options, count),
+                  options.PositiveNumber("accuracy", kDefaultAccuracy),
+                  ReadChoice(options, "mode", kModes),
+                  ReadChoice(options, "prior", kPriors)};
+  if (request.mode == kPlain && options.Has("prior"))
+    Refuse("prior goes with the mode \"refined\"");
+  return request;
 }
 
 void RequireFiniteBasis(const Request& request, const BasisTable& table) {
@@ -186,35 +165,113 @@ void RequireFiniteBasis(const Request& request, const BasisTable& table) {
 
 // Results -----------------------------------------------------------------------------------------
 
-void SetCoefficients(Variable& record, const Fit& fit, const BasisTable& table) {
-  const T_Matrix<double>* scaled = fit.GetCovariance();
-  RequireSuccess(scaled != nullptr && scaled->X() == static_cast<int>(table.Terms()));
-  const int terms = static_cast<int>(table.Terms());
+Numbers CoefficientsOf(const Fit& fit, std::size_t terms) {
   Numbers coefficients;
+  for (std::size_t k = 0; k < terms; ++k) coefficients.push_back(fit.GetA(static_cast<int>(k)));
+  return coefficients;
+}
+
+/// What the covariance of the orthonormal functions' coefficients says of those of the functions as
+/// they were.
+void SetCovariance(Variable& record, const BasisTable& table, const DenseMatrix& covariance) {
+  auto restored = table.Restored(covariance);
   Numbers errors;
-  auto covariance = MakeMatrix(terms, terms);
-  for (int i = 0; i < terms; ++i) {
-    const double norm = table.Norm(static_cast<std::size_t>(i));
-    for (int j = 0; j < terms; ++j) {
-      (*covariance)[i][j] = (*scaled)[i][j] / norm / table.Norm(static_cast<std::size_t>(j));
-    }
-    coefficients.push_back(fit.GetA(i) / norm);
-    errors.push_back(std::sqrt((*covariance)[i][i]));
-  }
-  SetVector(Member(record, "coefficients"), coefficients);
+  for (int k = 0; k < restored->X(); ++k) errors.push_back(std::sqrt((*restored)(k, k)));
   SetVector(Member(record, "errors"), errors);
-  SetMatrix(Member(record, "covariance"), std::move(covariance));
+  SetMatrix(Member(record, "covariance"), std::move(restored));
 }
 
 /// The fitted function at the points.
-Numbers FittedValues(const Fit& fit, const BasisTable& table, std::size_t points) {
+Numbers FittedValues(const Numbers& coefficients, const BasisTable& table, std::size_t points) {
   Numbers fitted(points, 0.0);
   for (std::size_t term = 0; term < table.Terms(); ++term) {
-    for (std::size_t i = 0; i < points; ++i) {
-      fitted[i] += fit.GetA(static_cast<int>(term)) * table.At(term, i);
-    }
+    for (std::size_t i = 0; i < points; ++i) fitted[i] += coefficients[term] * table.At(term, i);
   }
   return fitted;
+}
+
+Numbers ResidualsOf(const Request& request, const Numbers& fitted) {
+  Numbers residuals;
+  for (std::size_t i = 0; i < fitted.size(); ++i) residuals.push_back(request.y[i] - fitted[i]);
+  return residuals;
+}
+
+/// The logarithm of a residue where it enters a probability; a perfect fit counts as a good one.
+double LogOfResidue(double residue) { return std::log(residue > 0.0 ? residue : 1e-8); }
+
+/// The probability of the model of the functions as they were. The class library has computed that
+/// of the orthonormal ones, with a residue that is the difference of two large sums.
+double PlainLogProbability(const Request& request, const Fit& fit, const BasisTable& table,
+                           double residue) {
+  const double freedom = static_cast<double>(request.x.size()) - 2.0;
+  return fit.GetLogProb() + table.PlainLogGain() -
+         freedom / 2.0 * (LogOfResidue(residue) - LogOfResidue(fit.GetResidue()));
+}
+
+/// The same after a refinement, by the class library's formula, whose covariance is twice the
+/// inverse of the second derivatives; `logCurvature` is the logarithm of their determinant.
+double RefinedLogProbability(const Request& request, const BasisTable& table, double residue,
+                             double logCurvature) {
+  double s1 = 0.0;
+  for (std::size_t i = 0; i < request.y.size(); ++i) {
+    s1 += request.y[i] * request.y[i] / request.variances[i];
+  }
+  const double half = static_cast<double>(table.Terms()) / 2.0;
+  const double volume = half * std::log(2.0) - logCurvature / 2.0;
+  return half * std::log(4.0 * std::numbers::pi) - residue / 2.0 + volume - half * std::log(s1) +
+         table.WeightedLogGain();
+}
+
+double LogOfDeterminant(const DenseMatrix& cholesky) {
+  double sum = 0.0;
+  for (int k = 0; k < cholesky.X(); ++k) sum += 2.0 * std::log(cholesky(k, k));
+  return sum;
+}
+
+/// Errors and probability of a refined fit; nothing where the likelihood has no peak.
+void SetRefined(Variable& record, const Request& request, const BasisTable& table,
+                const Numbers& residuals, double residue) {
+  const auto hessian = LikelihoodHessian(table, residuals, request.variances, request.prior);
+  const auto factor = FindCholesky(*hessian);
+  const auto covariance = FindPositiveInverse(*hessian);
+  if (factor == nullptr || covariance == nullptr) return;
+  SetCovariance(record, table, *covariance);
+  Member(record, "log_probability") =
+      RefinedLogProbability(request, table, residue, LogOfDeterminant(*factor));
+}
+
+/// Errors and probability of a plain fit.
+void SetPlain(Variable& record, const Request& request, const Fit& fit, const BasisTable& table,
+              double residue) {
+  const DenseMatrix* covariance = fit.GetCovariance();
+  if (covariance == nullptr || covariance->X() != static_cast<int>(table.Terms())) {
+    throw std::bad_alloc();
+  }
+  SetCovariance(record, table, *covariance);
+  Member(record, "log_probability") = PlainLogProbability(request, fit, table, residue);
+}
+
+void SetResults(Variable& record, const Request& request, const Fit& fit, const BasisTable& table) {
+  const Numbers coefficients = CoefficientsOf(fit, table.Terms());
+  const Numbers fitted = FittedValues(coefficients, table, request.x.size());
+  const Numbers residuals = ResidualsOf(request, fitted);
+  double chi2 = 0.0;
+  double residue = 0.0;
+  for (std::size_t i = 0; i < residuals.size(); ++i) {
+    chi2 += residuals[i] * residuals[i] / request.variances[i];
+    residue += residuals[i] * residuals[i];
+  }
+  SetRecord(record);
+  SetVector(Member(record, "coefficients"), table.Restored(coefficients));
+  if (request.mode == kRefined) {
+    SetRefined(record, request, table, residuals, residue);
+  } else {
+    SetPlain(record, request, fit, table, residue);
+  }
+  SetArray(Member(record, "fitted"), fitted);
+  Member(record, "chi2") = chi2;
+  Member(record, "degrees") = static_cast<std::int64_t>(request.x.size() - table.Terms());
+  Member(record, "residue") = residue;
 }
 
 void FitLine(const Call& call) {
@@ -222,9 +279,8 @@ void FitLine(const Call& call) {
                                            "mode", "prior", "accuracy"});
   Request request = ReadRequest(options);
   BasisTable table = Tabulate(options, request.x);
-  RequireEnoughPoints(request, table);
   RequireFiniteBasis(request, table);
-  table.Normalise(request.variances);
+  table.Orthonormalise(request.variances);
 
   Basis basis[kMostTerms];
   FillLookUps(basis, std::make_index_sequence<kMostTerms>());
@@ -236,15 +292,7 @@ void FitLine(const Call& call) {
   fit.SetPrior(request.prior);
   fit.DoIt(request.mode);
   RequireSuccess();
-
-  Variable& record = call.Result();
-  SetRecord(record);
-  SetCoefficients(record, fit, table);
-  SetArray(Member(record, "fitted"), FittedValues(fit, table, places.size()));
-  Member(record, "chi2") = fit.GetChi2();
-  Member(record, "degrees") = static_cast<std::int64_t>(places.size() - table.Terms());
-  Member(record, "residue") = fit.GetResidue();
-  Member(record, "log_probability") = fit.GetLogProb();
+  SetResults(call.Result(), request, fit, table);
 }
 
 constexpr ScriptFunction kRows[] = {{Handler<FitLine>, "FitLine(options)"}};

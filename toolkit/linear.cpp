@@ -1,5 +1,7 @@
 #include "linear.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace tarn::toolkit {
@@ -40,6 +42,19 @@ std::span<const double> NumbersOf(const Column& column) {
 std::span<const double> NumbersOf(const DenseMatrix& matrix) {
   const auto rows = static_cast<std::size_t>(matrix.Y());
   return {matrix[0], rows * static_cast<std::size_t>(matrix.X())};
+}
+
+double ScaleOf(std::span<const double> numbers) {
+  double largest = 0.0;
+  for (const double number : numbers) largest = std::max(largest, std::fabs(number));
+  return largest > 0.0 && std::isfinite(largest) ? std::exp2(std::ilogb(largest)) : 1.0;
+}
+
+double LengthOf(std::span<const double> numbers) {
+  const double scale = ScaleOf(numbers);
+  double squares = 0.0;
+  for (const double number : numbers) squares += (number / scale) * (number / scale);
+  return scale * std::sqrt(squares);
 }
 
 }  // namespace tarn::toolkit

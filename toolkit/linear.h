@@ -49,6 +49,12 @@ std::span<const double> NumbersOf(const Column& column);
 /// The elements, row after row.
 std::span<const double> NumbersOf(const DenseMatrix& matrix);
 
+/// The power of two below the largest of the absolute values, 1 where they have none that is
+/// finite.
+double ScaleOf(std::span<const double> numbers);
+/// Square root of the sum of squares, which overflows or underflows only where it has to.
+double LengthOf(std::span<const double> numbers);
+
 }  // namespace tarn::toolkit
 
 #endif

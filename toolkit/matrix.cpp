@@ -143,7 +143,7 @@ void RequireSquare(const DenseMatrix& matrix) {
 
 void Transpose(const Call& call) { SetMatrix(call.Result(), OwnMatrix(ThisMatrix(call).T())); }
 void Trace(const Call& call) { call.Result() = ThisMatrix(call).Tr(); }
-void Norm(const Call& call) { call.Result() = std::sqrt(ThisMatrix(call).GetPower()); }
+void Norm(const Call& call) { call.Result() = LengthOf(NumbersOf(ThisMatrix(call))); }
 
 void Determinant(const Call& call) {
   RequireSquare(ThisMatrix(call));
@@ -187,12 +187,9 @@ void RequireSymmetric(const DenseMatrix& matrix) {
 
 void Cholesky(const Call& call) {
   RequireSymmetric(ThisMatrix(call));
-  std::unique_ptr<DenseMatrix> factor(ThisMatrix(call).CholeskyDecompse());
-  if (factor == nullptr && GetOwner()->GetLastError() == kErrorArgument) {
-    ForgetError();
-    Refuse("the matrix is not positive definite");
-  }
-  SetMatrix(call.Result(), OwnMatrix(factor.release()));
+  auto factor = FindCholesky(ThisMatrix(call));
+  if (factor == nullptr) Refuse("the matrix is not positive definite");
+  SetMatrix(call.Result(), std::move(factor));
 }
 
 // Singular values ---------------------------------------------------------------------------------
@@ -210,12 +207,13 @@ void Factors(const Call& call) {
   SetMatrix(Member(call.Result(), "V"), std::move(factors.right));
 }
 
-/// Largest over smallest singular value.
+/// Largest over smallest singular value; infinite also where both are 0.
 void Condition(const Call& call) {
   const DenseMatrix& matrix = ThisMatrix(call);
   const Factorisation factors = Factorise(matrix);
   const double smallest = factors.values[std::min(matrix.X(), matrix.Y()) - 1];
-  call.Result() = factors.values[0] / smallest;
+  call.Result() =
+      smallest == 0.0 ? std::numeric_limits<double>::infinity() : factors.values[0] / smallest;
 }
 
 void PseudoInverse(const Call& call) {

@@ -119,6 +119,41 @@ Factorisation Factorise(const DenseMatrix& matrix) {
   return factors;
 }
 
+std::unique_ptr<DenseMatrix> FindCholesky(const DenseMatrix& matrix) {
+  std::unique_ptr<DenseMatrix> factor(matrix.CholeskyDecompse());
+  if (factor == nullptr && GetOwner()->GetLastError() == kErrorArgument) {
+    ForgetError();
+    return nullptr;
+  }
+  return OwnMatrix(factor.release());
+}
+
+std::unique_ptr<DenseMatrix> FindPositiveInverse(const DenseMatrix& matrix) {
+  const int order = matrix.X();
+  Numbers scales;  // make the diagonal 1
+  for (int i = 0; i < order; ++i) {
+    if (!(matrix(i, i) > 0.0 && std::isfinite(matrix(i, i)))) return nullptr;
+    scales.push_back(1.0 / std::sqrt(matrix(i, i)));
+  }
+  const auto multiply = [&](DenseMatrix& target, const DenseMatrix& source) {
+    for (int i = 0; i < order; ++i) {
+      const double scale = scales[static_cast<std::size_t>(i)];
+      for (int j = 0; j < order; ++j) {
+        target(i, j) = source(i, j) * scale * scales[static_cast<std::size_t>(j)];
+      }
+    }
+  };
+  auto scaled = MakeMatrix(order, order);
+  multiply(*scaled, matrix);
+  if (FindCholesky(*scaled) == nullptr) return nullptr;
+  auto inverse = MakeMatrix(order, order);
+  scaled->Inverse(*inverse);
+  ForgetError();
+  if (!IsFinite(*inverse)) return nullptr;
+  multiply(*inverse, *inverse);
+  return inverse;
+}
+
 std::unique_ptr<DenseMatrix> InverseOf(const DenseMatrix& matrix) {
   RequireFinite(matrix);
   auto inverse = MakeMatrix(matrix.Y(), matrix.X());

@@ -18,6 +18,12 @@ struct Factorisation {
 
 Factorisation Factorise(const DenseMatrix& matrix);
 
+/// Lower triangular L with L L^T = matrix; null where the matrix is not positive definite.
+std::unique_ptr<DenseMatrix> FindCholesky(const DenseMatrix& matrix);
+/// The inverse of a symmetric matrix; null where the matrix is not positive definite. Rows and
+/// columns may be of different units.
+std::unique_ptr<DenseMatrix> FindPositiveInverse(const DenseMatrix& matrix);
+
 /// The inverse of a square matrix; error 10 when it is singular.
 ///
 /// `T_Matrix::Inverse` exchanges no rows, so it fails for some matrices that have an inverse and

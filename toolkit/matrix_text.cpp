@@ -1,6 +1,7 @@
 #include "matrix_text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace tarn::toolkit {
@@ -10,6 +11,7 @@ constexpr int kMostShown = 10;
 
 std::string ElementText(double number) {
   char text[32];
+  if (std::isnan(number)) return "nan";
   // A negative zero, as products leave them, would only puzzle.
   std::snprintf(text, sizeof(text), "%.6g", number == 0.0 ? 0.0 : number);
   return text;

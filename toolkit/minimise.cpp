@@ -9,6 +9,7 @@
 #include "families.h"
 #include "handler.h"
 #include "linear.h"
+#include "matrix_solving.h"
 #include "results.h"
 
 namespace tarn::toolkit {
@@ -70,6 +71,7 @@ struct Request {
   double accuracy;
   int method;
   int iterations;
+  bool isErrorAtLimit;
 
   int Dimension() const { return static_cast<int>(start.size()); }
   double Width(std::size_t i) const { return bounds[2 * i + 1] - bounds[2 * i]; }
@@ -125,7 +127,8 @@ Request ReadRequest(const Options& options) {
           ReadSteps(options, "first_step", count),
           options.PositiveNumber("accuracy", kDefaultAccuracy),
           options.Choice("method", kSolve, kMethods),
-          options.Integer("max_iterations", kDefaultIterations, 1, 1000000000)};
+          options.Integer("max_iterations", kDefaultIterations, 1, 1000000000),
+          options.Flag("error_at_limit", true)};
 }
 
 /// A column that refers to the numbers.
@@ -157,7 +160,8 @@ void Configure(Climb& climb, const Options& options, Request& request) {
   climb.SetSymmetricDerivative(options.Flag("central", false) ? 1 : 0);
   climb.SetLimitDirectionStep(options.Flag("limit_step", false) ? 1 : 0);
   climb.SetSilent(options.Flag("trace", false) ? 0 : 1);
-  climb.SetErrorIfMaxItterNumberExceed(options.Flag("error_at_limit", true) ? 1 : 0);
+  // The error would take the place of one that the function raised; see `RequireSolution`.
+  climb.SetErrorIfMaxItterNumberExceed(0);
 }
 
 void SolveByCoord(Climb& climb, const Request& request) {
@@ -189,54 +193,85 @@ void Solve(Climb& climb, const Request& request) {
       climb.Solve();
       break;
   }
-  request.functions.RequireSuccess();
-  RequireSuccess(climb.GetStopReason() != StopReason::kMemoryExhausted);
 }
 
-std::unique_ptr<DenseMatrix> Owned(DenseMatrix* matrix, const Functions& functions) {
-  std::unique_ptr<DenseMatrix> owner(matrix);
-  functions.RequireSuccess();
-  return owner;
+/// Ends the function with the error of a search that has used up its iterations.
+[[noreturn]] void RefuseExhaustedLimit() {
+  const Tree* number = GetOwner()->GetConstant("ERR_SOLUTION_NOT_FOUND");
+  if (number == nullptr) Refuse(GetStopReasonText(StopReason::kIterationLimit));
+  TarnError(number->GetInt32());
+  throw AlreadyRaised();
+}
+
+void RequireSolution(const Climb& climb, const Request& request) {
+  request.functions.RequireSuccess();
+  const StopReason reason = climb.GetStopReason();
+  RequireSuccess(reason != StopReason::kMemoryExhausted);
+  if (request.isErrorAtLimit && reason == StopReason::kIterationLimit) RefuseExhaustedLimit();
+}
+
+/// Twice the inverse of the second derivatives by the variables that may move, 0 for the others.
+/// Null where the function does not bend upwards.
+///
+/// The class library's covariance gives variables along which the function does not bend, or which
+/// are fixed, the square of their range.
+std::unique_ptr<DenseMatrix> CovarianceOf(const DenseMatrix& hessian, const Request& request) {
+  std::vector<int> free;
+  for (int i = 0; i < request.Dimension(); ++i) {
+    if (request.Width(static_cast<std::size_t>(i)) > 0.0) free.push_back(i);
+  }
+  auto covariance = MakeMatrix(request.Dimension(), request.Dimension());
+  if (free.empty()) return covariance;
+  const auto count = static_cast<int>(free.size());
+  auto block = MakeMatrix(count, count);
+  for (std::size_t i = 0; i < free.size(); ++i) {
+    double* row = (*block)[static_cast<int>(i)];
+    for (std::size_t j = 0; j < free.size(); ++j) row[j] = hessian(free[i], free[j]);
+  }
+  const auto inverse = FindPositiveInverse(*block);
+  if (inverse == nullptr) return nullptr;
+  for (std::size_t i = 0; i < free.size(); ++i) {
+    const double* row = (*inverse)[static_cast<int>(i)];
+    for (std::size_t j = 0; j < free.size(); ++j) (*covariance)(free[i], free[j]) = 2.0 * row[j];
+  }
+  return covariance;
 }
 
 /// Curvature at the minimum: "hessian", and where that can be inverted "covariance" and "errors".
-void SetCurvature(Variable& record, Climb& climb, Column& point, const Functions& functions) {
-  // The matrix of second derivatives comes first, so that the covariance is computed from it and is
-  // not the rougher one that a quasi-Newton run has put together on its way.
-  auto hessian = Owned(climb.GetHessian(point), functions);
-  RequireSuccess(hessian != nullptr);
+void SetCurvature(Variable& record, Climb& climb, Column& point, const Request& request) {
+  auto hessian = OwnMatrix(climb.GetHessian(point));
+  request.functions.RequireSuccess();
+  auto covariance = CovarianceOf(*hessian, request);
   SetMatrix(Member(record, "hessian"), std::move(hessian));
-
-  auto covariance = Owned(climb.GetCovariationMatrix(point), functions);
-  if (GetOwner()->pendingError != 0) {
-    if (GetOwner()->GetLastError() != kErrorSingular) RequireSuccess();
-    ForgetError();
-    return;
-  }
-  RequireSuccess(covariance != nullptr);
+  if (covariance == nullptr) return;
   Numbers errors;
-  for (int i = 0; i < point.Dim(); ++i) errors.push_back(std::sqrt((*covariance)[i][i]));
+  for (int i = 0; i < point.Dim(); ++i) errors.push_back(std::sqrt((*covariance)(i, i)));
   SetMatrix(Member(record, "covariance"), std::move(covariance));
   SetVector(Member(record, "errors"), errors);
 }
 
-void SetSolution(const Call& call, Climb& climb, Functions& functions, bool withCurvature) {
+void SetSolution(const Call& call, Climb& climb, Request& request, bool withCurvature) {
   Variable& record = call.Result();
   Column point(climb.GetResult());
   SetRecord(record);
   SetVector(Member(record, "point"), NumbersOf(point));
-  Member(record, "value") = functions.objective.At(point);
-  functions.RequireSuccess();
+  Member(record, "value") = request.functions.objective.At(point);
+  request.functions.RequireSuccess();
   Member(record, "evaluations") = climb.GetEvaluationCount();
   Member(record, "iterations") = climb.GetItterationCount();
   SetText(Member(record, "reason"), GetStopReasonText(climb.GetStopReason()));
-  if (withCurvature) SetCurvature(record, climb, point, functions);
+  if (withCurvature) SetCurvature(record, climb, point, request);
 }
 
-/// One call at the start: a function that fails or gives no number is told of before the work.
+/// One call at the start: a function that fails or gives no finite number there, from where no
+/// method finds a way, is told of before the work.
 void TryAtStart(Request& request) {
-  request.functions.objective.At(ColumnOver(request.start));
+  const double value = request.functions.objective.At(ColumnOver(request.start));
   request.functions.RequireSuccess();
+  if (std::isfinite(value)) return;
+  std::string place;
+  for (const double x : request.start) place += (place.empty() ? "{" : ", ") + NumberText(x);
+  Refuse("f is " + NumberText(value) + " at the start " + place + '}');
 }
 
 void Minimise(const Call& call) {
@@ -259,7 +294,8 @@ void Minimise(const Call& call) {
   }
   TryAtStart(request);
   Solve(climb, request);
-  SetSolution(call, climb, request.functions, withCurvature);
+  RequireSolution(climb, request);
+  SetSolution(call, climb, request, withCurvature);
 }
 
 constexpr ScriptFunction kRows[] = {{Handler<Minimise>, "Minimise(options)"}};

@@ -50,10 +50,11 @@ SampleInput ReadSample(const Options& options) {
 
 int ReadEstimator(const Input& input, int count) {
   if (!input.IsText()) return input.Integer(0, count - 1);
-  const int estimator = input.Choice(
+  if (count == kPriorCount) {
+    return input.Choice({kEstimators[0], kEstimators[1], kEstimators[2], kEstimators[3]});
+  }
+  return input.Choice(
       {kEstimators[0], kEstimators[1], kEstimators[2], kEstimators[3], kEstimators[4]});
-  if (estimator >= count) input.Refuse("\"" + input.Text() + "\" is no prior");
-  return estimator;
 }
 
 namespace {
@@ -141,6 +142,9 @@ BinGrid ReadBins(const Options& options, const Stat& sample) {
   grid.high = high ? high->FiniteNumber() : sample.GetMax() + width / 2;
   if (!(grid.low < grid.high)) {
     Refuse("high " + NumberText(grid.high) + " must be above low " + NumberText(grid.low));
+  }
+  if (!std::isfinite(grid.high + grid.Width() - grid.low)) {
+    Refuse("low " + NumberText(grid.low) + " to high " + NumberText(grid.high) + " is too wide");
   }
   return grid;
 }

@@ -4,6 +4,9 @@
 #include <optim/bisection.h>
 #include <optim/golden_section.h>
 
+#include <cmath>
+#include <optional>
+
 #include "callback.h"
 #include "families.h"
 #include "handler.h"
@@ -17,6 +20,18 @@ struct Interval {
   Callback function;
   double ends[2];
   double accuracy;  ///< relative to the width
+  std::optional<double> noNumberAt = std::nullopt;
+
+  double ValueAt(double x) {
+    const double value = function.At(x);
+    if (std::isnan(value) && !noNumberAt) noNumberAt = x;
+    return value;
+  }
+  /// Ends the function when a call failed or gave NaN.
+  void RequireSuccess() const {
+    function.RequireSuccess();
+    if (noNumberAt) Refuse("f(" + NumberText(*noNumberAt) + ") is nan");
+  }
 };
 
 Interval ReadInterval(const Options& options, double accuracy) {
@@ -25,11 +40,15 @@ Interval ReadInterval(const Options& options, double accuracy) {
       {options.Required("from").FiniteNumber(), options.Required("to").FiniteNumber()},
       options.PositiveNumber("accuracy", accuracy)};
   if (interval.ends[0] == interval.ends[1]) Refuse("from and to must differ");
+  if (!std::isfinite(interval.ends[1] - interval.ends[0])) {
+    Refuse("from " + NumberText(interval.ends[0]) + " to " + NumberText(interval.ends[1]) +
+           " is too wide");
+  }
   return interval;
 }
 
 double CallAt(double x, void* extra) {
-  return static_cast<Callback*>(static_cast<Variable*>(extra)->GetCppPointer())->At(x);
+  return static_cast<Interval*>(static_cast<Variable*>(extra)->GetCppPointer())->ValueAt(x);
 }
 
 /// The native function that calls back, and the parameter that takes it there.
@@ -37,17 +56,17 @@ struct NativeForm {
   Variable function;
   Variable extra;
 
-  explicit NativeForm(Callback& callback) {
+  explicit NativeForm(Interval& interval) {
     function.SetCppPointer(reinterpret_cast<void*>(&CallAt));
-    extra.SetCppPointer(&callback);
+    extra.SetCppPointer(&interval);
   }
 };
 
 template <class Search>
-double Run(Search& search, NativeForm& native, const Callback& callback) {
+double Run(Search& search, NativeForm& native, const Interval& interval) {
   search.SetExtraParam(native.extra);
   const double x = search.Solve();
-  callback.RequireSuccess();
+  interval.RequireSuccess();
   RequireSuccess();
   return x;
 }
@@ -61,16 +80,16 @@ void SetFound(const Call& call, const Search& search, double x, double value) {
   SetText(Member(call.Result(), "reason"), GetStopReasonText(search.GetStopReason()));
 }
 
-/// The value at an end of the interval, which the search is about to need.
-double ValueAt(Callback& callback, double x) {
-  const double value = callback.At(x);
-  callback.RequireSuccess();
+/// The value at a place that matters, at an end of the interval or where the search has ended.
+double ValueAt(Interval& interval, double x) {
+  const double value = interval.ValueAt(x);
+  interval.RequireSuccess();
   return value;
 }
 
 void RequireSignChange(Interval& interval) {
-  const double first = ValueAt(interval.function, interval.ends[0]);
-  const double last = ValueAt(interval.function, interval.ends[1]);
+  const double first = ValueAt(interval, interval.ends[0]);
+  const double last = ValueAt(interval, interval.ends[1]);
   if ((first <= 0.0 && last >= 0.0) || (first >= 0.0 && last <= 0.0)) return;
   Refuse("f does not change its sign: f(" + NumberText(interval.ends[0]) + ") = " +
          NumberText(first) + ", f(" + NumberText(interval.ends[1]) + ") = " + NumberText(last));
@@ -80,20 +99,20 @@ void FindRoot(const Call& call) {
   const Options options(call.Argument(0), {"f", "from", "to", "accuracy"});
   Interval interval = ReadInterval(options, 1e-15);
   RequireSignChange(interval);
-  NativeForm native(interval.function);
+  NativeForm native(interval);
   BiSection_Double search(native.function, interval.ends, interval.accuracy);
-  const double x = Run(search, native, interval.function);
-  SetFound(call, search, x, ValueAt(interval.function, x));
+  const double x = Run(search, native, interval);
+  SetFound(call, search, x, ValueAt(interval, x));
 }
 
 void FindMinimum(const Call& call) {
   const Options options(call.Argument(0), {"f", "from", "to", "accuracy"});
   // A minimum is flat: closer than the root of the rounding error the values are all alike.
   Interval interval = ReadInterval(options, 1e-8);
-  NativeForm native(interval.function);
+  NativeForm native(interval);
   GoldSection_Double search(native.function, interval.ends, interval.accuracy);
-  const double x = Run(search, native, interval.function);
-  SetFound(call, search, x, ValueAt(interval.function, x));
+  const double x = Run(search, native, interval);
+  SetFound(call, search, x, ValueAt(interval, x));
 }
 
 constexpr ScriptFunction kRows[] = {

@@ -1,7 +1,9 @@
 /// @file
 /// "TFunc": arithmetic, evaluation, integrals, zeros and extremes of tabulated functions.
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "families.h"
 #include "handler.h"
@@ -150,14 +152,17 @@ void Map(const Call& call) {
   SetTable(call.Result(), mapped);
 }
 
-/// Places count from 1 in a script; 0 is the place below the table.
-void IndexBelow(const Call& call) {
-  call.Result() = ThisFunction(call).Index(Input(call.Argument(1), "x").Number()) + 1;
+/// An abscissa, which may lie outside the table, but somewhere.
+double Place(const Call& call) {
+  const Input x(call.Argument(1), "x");
+  if (std::isnan(x.Number())) x.RefuseKind("a number");
+  return x.Number();
 }
 
-void NearestIndex(const Call& call) {
-  call.Result() = ThisFunction(call).pos(Input(call.Argument(1), "x").Number()) + 1;
-}
+/// Places count from 1 in a script; 0 is the place below the table.
+void IndexBelow(const Call& call) { call.Result() = ThisFunction(call).Index(Place(call)) + 1; }
+
+void NearestIndex(const Call& call) { call.Result() = ThisFunction(call).pos(Place(call)) + 1; }
 
 // Integrals ---------------------------------------------------------------------------------------
 
@@ -187,18 +192,60 @@ void Integrate(const Call& call, RunningIntegral running, DefiniteIntegral defin
 
 void Integral(const Call& call) { Integrate(call, &TFunc::Integral, &TFunc::Integral); }
 
+/// No parabola goes through two points of one abscissa.
+void RequireNoJumps(const TFunc& function) {
+  for (int i = 1; i < function.N; ++i) {
+    if (function.X[i] != function.X[i - 1]) continue;
+    Refuse("X[" + std::to_string(i + 1) + "] repeats " + NumberText(function.X[i]) +
+           "; parabolas need different abscissae, Integral takes jumps");
+  }
+}
+
 void IntegralSimpson(const Call& call) {
+  RequireNoJumps(ThisFunction(call));
   Integrate(call, &TFunc::IntegralSimpson, &TFunc::IntegralSimpson);
 }
 
-void LogIntegralExp(const Call& call) { call.Result() = ThisFunction(call).LogIntegralExp(); }
+void RequireBoundedAbove(const TFunc& logarithm) {
+  for (int i = 0; i < logarithm.N; ++i) {
+    if (logarithm.Y[i] < std::numeric_limits<double>::infinity()) continue;
+    Refuse("Y[" + std::to_string(i + 1) + "] must be below infinity, got " +
+           NumberText(logarithm.Y[i]));
+  }
+}
+
+/// Moves the ends of each interval together in which the exponential is 0 because an ordinate is
+/// minus infinity: the class library counts intervals without width as nothing, whatever the
+/// ordinates.
+void CloseEmptyIntervals(TFunc& logarithm) {
+  double before = logarithm.X[0];
+  for (int i = 1; i < logarithm.N; ++i) {
+    const bool isEmpty = std::isinf(logarithm.Y[i - 1]) || std::isinf(logarithm.Y[i]);
+    const double width = logarithm.X[i] - before;
+    before = logarithm.X[i];
+    logarithm.X[i] = logarithm.X[i - 1] + (isEmpty ? 0.0 : width);
+  }
+}
+
+void LogIntegralExp(const Call& call) {
+  TFunc logarithm = ThisFunction(call);
+  RequireBoundedAbove(logarithm);
+  const auto isInfinite = [](double y) { return std::isinf(y); };
+  if (std::any_of(logarithm.Y, logarithm.Y + logarithm.N, isInfinite)) {
+    CloseEmptyIntervals(logarithm);
+  }
+  call.Result() = logarithm.LogIntegralExp();
+}
 
 // Zeros and extremes ------------------------------------------------------------------------------
 
+/// The class library finds a zero at a point of the table in the interval on either side.
 void Zeros(const Call& call) {
-  const auto zeros = Own(ThisFunction(call).Zero());
-  const double* first = *zeros;
-  SetArray(call.Result(), {first, static_cast<std::size_t>(zeros->Dim())});
+  const auto found = Own(ThisFunction(call).Zero());
+  const double* first = *found;
+  Numbers zeros(first, first + found->Dim());
+  zeros.erase(std::unique(zeros.begin(), zeros.end()), zeros.end());
+  SetArray(call.Result(), zeros);
 }
 
 void SetPoint(Variable& target, double x, double y) {
@@ -223,42 +270,50 @@ void Minimum(const Call& call) {
 
 // Abscissae ---------------------------------------------------------------------------------------
 
+TFunc CopyOf(const TFunc& table) {
+  TFunc copy(table);
+  RequireSuccess(copy.N == table.N);
+  return copy;
+}
+
+/// Ends the function when a transformed abscissa is not finite, with what is wrong with the old
+/// one.
+void RequireFiniteAbscissae(const TFunc& before, const TFunc& after, const char* what) {
+  for (int i = 0; i < after.N; ++i) {
+    if (std::isfinite(after.X[i])) continue;
+    Refuse("X[" + std::to_string(i + 1) + "] = " + NumberText(before.X[i]) + ' ' + what);
+  }
+}
+
 void Shift(const Call& call) {
-  TFunc shifted = ThisFunction(call);
+  const TFunc before = ThisFunction(call);
+  TFunc shifted = CopyOf(before);
   shifted.Shift(Input(call.Argument(1), "the shift").FiniteNumber());
+  RequireFiniteAbscissae(before, shifted, "cannot be shifted so far");
   SetTable(call.Result(), shifted);
 }
 
 void ScaleX(const Call& call) {
-  TFunc scaled = ThisFunction(call);
+  const TFunc before = ThisFunction(call);
+  TFunc scaled = CopyOf(before);
   scaled.ScaleX(Input(call.Argument(1), "the factor").PositiveNumber());
+  RequireFiniteAbscissae(before, scaled, "cannot be scaled so far");
   SetTable(call.Result(), scaled);
-}
-
-/// Ends the function when a transformed abscissa is not finite.
-void RequireFiniteAbscissae(const TFunc& before, const TFunc& after, const char* operation) {
-  for (int i = 0; i < after.N; ++i) {
-    if (std::isfinite(after.X[i])) continue;
-    Refuse("X[" + std::to_string(i + 1) + "] = " + NumberText(before.X[i]) + " has no finite " +
-           operation);
-  }
 }
 
 void LnX(const Call& call) {
   const TFunc before = ThisFunction(call);
-  TFunc after(before);
-  RequireSuccess(after.N == before.N);
+  TFunc after = CopyOf(before);
   after.LnX();
-  RequireFiniteAbscissae(before, after, "logarithm");
+  RequireFiniteAbscissae(before, after, "has no finite logarithm");
   SetTable(call.Result(), after);
 }
 
 void ExpX(const Call& call) {
   const TFunc before = ThisFunction(call);
-  TFunc after(before);
-  RequireSuccess(after.N == before.N);
+  TFunc after = CopyOf(before);
   after.ExpX();
-  RequireFiniteAbscissae(before, after, "exponential");
+  RequireFiniteAbscissae(before, after, "has no finite exponential");
   SetTable(call.Result(), after);
 }
 

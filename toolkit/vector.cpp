@@ -18,7 +18,7 @@ Column OtherVector(const Call& call, const Column& self) {
   return ColumnOf(other);
 }
 
-void Norm(const Call& call) { call.Result() = ThisVector(call).Norm(); }
+void Norm(const Call& call) { call.Result() = LengthOf(NumbersOf(ThisVector(call))); }
 
 void Dot(const Call& call) {
   const Column self = ThisVector(call);
@@ -27,12 +27,23 @@ void Dot(const Call& call) {
 
 void Distance(const Call& call) {
   const Column self = ThisVector(call);
-  call.Result() = self.Distance(OtherVector(call, self));
+  const auto difference = Own(self - OtherVector(call, self));
+  RequireSuccess(difference->Dim() == self.Dim());
+  call.Result() = LengthOf(NumbersOf(*difference));
+}
+
+/// The direction of a vector, with elements whose squares are numbers.
+Column Scaled(const Column& vector) {
+  Column scaled(vector);
+  RequireSuccess(scaled.Dim() == vector.Dim());
+  const double scale = ScaleOf(NumbersOf(vector));
+  for (int i = 0; i < scaled.Dim(); ++i) scaled[i] /= scale;
+  return scaled;
 }
 
 void Cosine(const Call& call) {
   const Column self = ThisVector(call);
-  call.Result() = self.Cosine(OtherVector(call, self));
+  call.Result() = Scaled(self).Cosine(Scaled(OtherVector(call, self)));
 }
 
 /// v times the transpose of the other vector.

@@ -55,4 +55,11 @@ TEST_F(ToolkitTest, SaysWhichElementIsNoNumber) {
             "3 Matrix: row[2] must be an array, got Matrix");
 }
 
+TEST_F(ToolkitTest, TablesAreCalledTables) {
+  EXPECT_EQ(Refusal("WriteColumns('file', {})"),
+            "3 WriteColumns: columns must be an array, got an empty table");
+  EXPECT_EQ(Refusal("Plot{curves = {y = {1}}}"),
+            "3 Plot: curves must be an array, got a table with names");
+}
+
 }  // namespace

@@ -47,7 +47,7 @@ TEST_F(WriteColumnsTest, RefusesColumnsThatDoNotFit) {
   EXPECT_EQ(Refusal("WriteColumns(path, {1, 2})"),
             "3 WriteColumns: columns[1] must be an array, got 1");
   EXPECT_EQ(Refusal("WriteColumns(path, {})"),
-            "3 WriteColumns: columns must be an array, got Options");
+            "3 WriteColumns: columns must be an array, got an empty table");
 }
 
 TEST_F(WriteColumnsTest, RefusesNamesThatDoNotFit) {

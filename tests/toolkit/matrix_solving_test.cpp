@@ -180,4 +180,9 @@ TEST_F(MatrixSolvingTest, RefusesARegularisationThatIsNone) {
             "3 Matrix.SolveRegularised: the right-hand side has 2 rows, the matrix 1");
 }
 
+TEST_F(ToolkitTest, ASingularMatrixIsInfinitelyIllConditioned) {
+  EXPECT_EQ(Number("return Matrix{{0, 0}, {0, 0}}:Condition()"), INFINITY);
+  EXPECT_EQ(Number("return Matrix{{1, 0}, {0, 0}}:Condition()"), INFINITY);
+}
+
 }  // namespace

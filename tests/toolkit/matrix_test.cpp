@@ -138,4 +138,8 @@ TEST_F(ToolkitTest, EndsCleanlyWhenAProgramTakesTheDataAway) {
             "3 Stat.MedianSD: the object has lost its data, its member \"native\"");
 }
 
+TEST_F(ToolkitTest, ShowsElementsThatAreNoNumbers) {
+  EXPECT_EQ(Text("Matrix{{0/0, -(0/0)}, {1/0, -1/0}}"), "[  nan   nan  ]\n[  inf  -inf  ]");
+}
+
 }  // namespace

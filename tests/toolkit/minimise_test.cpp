@@ -206,4 +206,66 @@ TEST_F(MinimiseTest, ACancelledSearchEndsWithTheErrorOfTheWindow) {
   EXPECT_EQ(error.name, "Progress window got cancel");
 }
 
+TEST_F(MinimiseTest, LeavesOutTheCovarianceWhereTheFunctionDoesNotBend) {
+  Run("found = Minimise{f = function(x) return (x[1] - 1)^2 end, bounds = {{-5, 5}, {-5, 5}}}");
+  EXPECT_EQ(Text("found.covariance"), "nil");
+  EXPECT_EQ(Text("found.errors"), "nil");
+  ExpectNear(Elements("found.hessian"), {2, 0, 0, 0}, 1e-6);
+  Run("found = Minimise{f = function(x) return (x[1] - 1)^2 end, bounds = {{-5, 5}, {2, 2}}}");
+  ExpectNear(Numbers("found.errors"), {1, 0}, 1e-6);
+  Run("found = Minimise{f = function(x) return x[1]^2 end, bounds = {{-5, 5}}, "
+      "second_derivative = function() return 0/0 end}");
+  EXPECT_EQ(Text("found.errors"), "nil");
+}
+
+TEST_F(MinimiseTest, RefusesAStartWithoutAFiniteValue) {
+  for (const char* method : {"Solve", "BFGS", "DFP", "Powell", "Coord"}) {
+    const std::string options = std::string("bounds = {{0, 4}, {0, 2}}, method = '") + method + "'";
+    EXPECT_EQ(Refusal("Minimise{f = function() return 0/0 end, " + options + "}"),
+              "3 Minimise: f is nan at the start {2, 1}");
+    EXPECT_EQ(Refusal("Minimise{f = function() return -1/0 end, start = {1, 1}, " + options + "}"),
+              "3 Minimise: f is -inf at the start {1, 1}");
+  }
+}
+
+TEST_F(MinimiseTest, RefusesABoxThatIsTooWide) {
+  EXPECT_EQ(Refusal("Minimise{f = print, bounds = {{0, 1}, {-1e308, 1e308}}}"),
+            "3 Minimise: bounds[2] is too wide, from -1e+308 to 1e+308");
+}
+
+TEST_F(MinimiseTest, FlagsAreTrueOrFalse) {
+  EXPECT_EQ(Refusal("Minimise{f = print, bounds = {{0, 1}}, central = 5}"),
+            "3 Minimise: central must be true or false, got 5");
+}
+
+TEST_F(MinimiseTest, CallsTheFunctionThatItWasGiven) {
+  Run("o = Options() o.bounds = {{-5, 5}} o.progress = 0 "
+      "o.f = function(x) o.f = 7 return (x[1] - 1)^2 end");
+  EXPECT_NEAR(Number("return Minimise(o).point[1]"), 1, 1e-6);
+}
+
+TEST_F(MinimiseTest, KeepsTheErrorOfTheFunctionAtWhicheverCall) {
+  Run("function failAt(last) local calls = 0 return function(x) calls = calls + 1 "
+      "if calls == last then error('call ' .. last) end return (x[1] - 1)^2 + x[2]^4 end end");
+  for (const char* method : {"Solve", "BFGS", "DFP", "Powell", "Coord"}) {
+    for (int call = 1; call <= 20; ++call) {
+      const std::string number = std::to_string(call);
+      const HostError error = Failure("Minimise{f = failAt(" + number +
+                                      "), bounds = {{-5, 5}, {-5, 5}}, method = '" + method + "'}");
+      EXPECT_NE(error.message.find("call " + number), std::string::npos)
+          << method << ": " << error.message;
+    }
+  }
+}
+
+TEST_F(MinimiseTest, EveryMethodTellsOfAnExhaustedLimit) {
+  for (const char* method : {"BFGS", "DFP", "Powell"}) {
+    const HostError error = Failure(
+        std::string("Minimise{f = rosenbrock, bounds = box, start = {-1.2, 1}, max_iterations = 1, "
+                    "method = '") +
+        method + "'}");
+    EXPECT_EQ(error.message, "Can't find solution of system.") << method;
+  }
+}
+
 }  // namespace

@@ -35,7 +35,7 @@ TEST_F(ToolkitTest, RefusesIntervalsWithoutAChangeOfSign) {
   EXPECT_EQ(Refusal("FindRoot{f = function(x) return x*x + 2 end, from = 0, to = 2}"),
             "3 FindRoot: f does not change its sign: f(0) = 2, f(2) = 6");
   EXPECT_EQ(Refusal("FindRoot{f = function(x) return 0/0 end, from = 0, to = 2}"),
-            "3 FindRoot: f does not change its sign: f(0) = nan, f(2) = nan");
+            "3 FindRoot: f(0) is nan");
 }
 
 TEST_F(ToolkitTest, FindsTheMinimumOfAFunction) {
@@ -74,6 +74,22 @@ TEST_F(ToolkitTest, SearchesEndWithTheErrorOfTheFunction) {
   EXPECT_EQ(error.number, 4);
   EXPECT_EQ(error.message, "enough");
   EXPECT_EQ(Number("return calls"), 5.0);  // the script was left alone after that
+}
+
+TEST_F(ToolkitTest, SearchesEndWhereTheFunctionIsNoNumber) {
+  const std::string f = "f = function(x) return x == 1 and 0/0 or x - 1 end, from = 0, to = 2}";
+  EXPECT_EQ(Refusal("FindRoot{" + f), "3 FindRoot: f(1) is nan");
+  EXPECT_EQ(
+      Refusal("FindMinimum{f = function(x) return x > 1.5 and 0/0 or -x end, from = 1, to = 2}")
+          .substr(0, 17),
+      "3 FindMinimum: f(");
+}
+
+TEST_F(ToolkitTest, SearchesRefuseAnIntervalThatIsTooWide) {
+  for (const char* search : {"FindRoot", "FindMinimum"}) {
+    EXPECT_EQ(Refusal(std::string(search) + "{f = print, from = -1e308, to = 1e308}"),
+              "3 " + std::string(search) + ": from -1e+308 to 1e+308 is too wide");
+  }
 }
 
 }  // namespace

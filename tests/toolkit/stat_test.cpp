@@ -229,7 +229,8 @@ TEST_F(StatScriptTest, RefusesEstimatorsThatAreNone) {
   EXPECT_EQ(Refusal("Stat{values = x, dispersions = d, mean_type = 'jefreys'}"),
             "3 Stat: mean_type has the unknown value \"jefreys\"; did you mean \"Jeffreys\"?");
   EXPECT_EQ(Refusal("Stat(x):MostProbableValue{prior = 'plain'}"),
-            "3 Stat.MostProbableValue: prior \"plain\" is no prior");
+            "3 Stat.MostProbableValue: prior has the unknown value \"plain\"; known are \"limited "
+            "Jeffreys\", \"Jeffreys\", \"uniform\", \"weighted\"");
   EXPECT_EQ(Refusal("Stat(x):MostProbableValue{prior = 4}"),
             "3 Stat.MostProbableValue: prior must be a whole number 0 to 3, got 4");
   EXPECT_EQ(Refusal("Stat{-1, 2}:MostProbableValue{log_normal = true}"),
@@ -259,6 +260,18 @@ TEST_F(StatScriptTest, RefusesWeightsThatAreNone) {
       Refusal("WeightedStat{values = {-1, 2}, weights = {1, 1}}:CorrelationToWeights{log_values = "
               "true}"),
       "88 WeightedStat.CorrelationToWeights: log_values needs values above 0, the smallest is -1");
+}
+
+TEST_F(StatScriptTest, RefusesHistogramsThatAreTooWide) {
+  EXPECT_EQ(Refusal("Stat{1, 2}:Histogram{low = -1e308, high = 1e308}"),
+            "3 Stat.Histogram: low -1e+308 to high 1e+308 is too wide");
+  EXPECT_EQ(Failure("return Stat{-1e308, 1e308}:Histogram()").number, 3);
+}
+
+TEST_F(StatScriptTest, NamesThePriorsThatThereAre) {
+  EXPECT_EQ(Refusal("Stat(x):MostProbableValue{prior = 'none'}"),
+            "3 Stat.MostProbableValue: prior has the unknown value \"none\"; known are \"limited "
+            "Jeffreys\", \"Jeffreys\", \"uniform\", \"weighted\"");
 }
 
 }  // namespace

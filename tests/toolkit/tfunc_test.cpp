@@ -99,7 +99,7 @@ TEST_F(TabulatedFunctionTest, IntegratesTheExponential) {
 
 TEST_F(TabulatedFunctionTest, FindsZerosAndExtremes) {
   ExpectNear(Numbers("(f - 2):Zeros()"), {4.0 / 3}, 1e-15);
-  EXPECT_EQ(Numbers("TFunc({0, 1, 2}, {-1, 0, 1}):Zeros()"), (NumberList{1, 1}));
+  EXPECT_EQ(Numbers("TFunc({0, 1, 2}, {-1, 0, 1}):Zeros()"), (NumberList{1}));
   EXPECT_EQ(Numbers("(f + 1):Zeros()"), NumberList{});
   EXPECT_EQ(Number("return (4 - f):Maximum().y"), 4.0);
   EXPECT_EQ(Number("return (4 - f):Maximum().x"), 0.0);
@@ -164,6 +164,52 @@ TEST_F(TabulatedFunctionTest, RefusesTablesThatAreNoFunctions) {
   EXPECT_EQ(Refusal("f:Zeros()"), "3 TFunc.Zeros: Y[3] must be a number, got text");
   Run("f.X = nil");
   EXPECT_EQ(Refusal("f:Zeros()"), "3 TFunc.Zeros: X must be an array, got nothing");
+}
+
+TEST_F(TabulatedFunctionTest, AZeroAtAPointOfTheTableIsOneZero) {
+  EXPECT_EQ(Numbers("TFunc({0, 1, 2}, {-1, 0, 1}):Zeros()"), (NumberList{1}));
+  EXPECT_EQ(Numbers("TFunc({0, 1, 2, 3}, {1, 0, 1, -1}):Zeros()"), (NumberList{1, 2.5}));
+}
+
+TEST_F(TabulatedFunctionTest, RefusesAbscissaeBeyondTheNumbers) {
+  EXPECT_EQ(Refusal("TFunc({0, 1e308}, {1, 2}):Shift(1e308)"),
+            "3 TFunc.Shift: X[2] = 1e+308 cannot be shifted so far");
+  EXPECT_EQ(Refusal("TFunc({-1e300, 1}, {1, 2}):ScaleX(1e10)"),
+            "3 TFunc.ScaleX: X[1] = -1e+300 cannot be scaled so far");
+}
+
+TEST_F(TabulatedFunctionTest, NoNumberHasNoPlaceInTheTable) {
+  EXPECT_EQ(Refusal("TFunc({0, 1}, {1, 2}):Index(0/0)"),
+            "3 TFunc.Index: x must be a number, got nan");
+  EXPECT_EQ(Refusal("TFunc({0, 1}, {1, 2}):Nearest(0/0)"),
+            "3 TFunc.Nearest: x must be a number, got nan");
+  EXPECT_EQ(Number("return TFunc({0, 1}, {1, 2}):Index(1/0)"), 2.0);
+}
+
+// exp(-infinity) is 0: of ln x over [0, 1, 2] only the integral over [1, 2] remains, there by the
+// interpolant exp((x - 1) ln 2), whose integral is 1/ln 2.
+TEST_F(TabulatedFunctionTest, TheLogarithmOfNothingIsMinusInfinity) {
+  const double expected = -std::log(std::log(2.0));
+  EXPECT_NEAR(Number("return TFunc({0, 1, 2}, {-1/0, 0, math.log(2)}):LogIntegralExp()"), expected,
+              1e-14);
+  EXPECT_NEAR(Number("return TFunc({0, 1, 2, 3}, {0, math.log(2), -1/0, 9}):LogIntegralExp()"),
+              expected, 1e-14);
+  EXPECT_NEAR(
+      Number("return TFunc({0, 1, 2, 3}, {-1/0, -1e5, -1e5 + math.log(2), -1/0}):LogIntegralExp()"),
+      expected - 1e5, 1e-9);
+  EXPECT_EQ(Number("return TFunc({0, 1}, {-1/0, -1/0}):LogIntegralExp()"), -INFINITY);
+  EXPECT_EQ(Refusal("TFunc({0, 1}, {1, 1/0}):LogIntegralExp()"),
+            "3 TFunc.LogIntegralExp: Y[2] must be below infinity, got inf");
+  EXPECT_EQ(Refusal("TFunc({0, 1}, {0/0, 1}):LogIntegralExp()"),
+            "3 TFunc.LogIntegralExp: Y[1] must be below infinity, got nan");
+}
+
+TEST_F(TabulatedFunctionTest, ParabolasTakeNoJumps) {
+  Run("f = TFunc({0, 1, 1, 2}, {0, 1, 3, 4})");
+  EXPECT_EQ(Refusal("f:IntegralSimpson()"),
+            "3 TFunc.IntegralSimpson: X[3] repeats 1; parabolas need different abscissae, Integral "
+            "takes jumps");
+  EXPECT_EQ(Number("return f:Integral(0, 2)"), 4.0);
 }
 
 }  // namespace

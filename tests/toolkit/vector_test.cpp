@@ -1,5 +1,7 @@
 // "MVector" in scripts.
 
+#include <cmath>
+
 #include "toolkit/toolkit_fixture.h"
 
 namespace {
@@ -64,6 +66,17 @@ TEST_F(ToolkitTest, RefusesWhatGoesWithNoVector) {
   EXPECT_EQ(Refusal("MVector{1, 2} / 0"), "10 MVector.__div: division by 0");
   EXPECT_EQ(Refusal("MVector{1, 2}:Dot(5)"),
             "3 MVector.Dot: the other vector must be an array, got 5");
+}
+
+TEST_F(ToolkitTest, LengthsAndAnglesBearHugeAndTinyElements) {
+  for (const double scale : {1e200, 1e-200}) {
+    const std::string factor = scale > 1 ? "1e200*" : "1e-200*";
+    Run("v = " + factor + "MVector{3, 4} w = " + factor + "MVector{-4, 3}");
+    EXPECT_DOUBLE_EQ(Number("return v:Norm()") / scale, 5.0);
+    EXPECT_DOUBLE_EQ(Number("return v:Distance(w)") / scale, std::sqrt(50.0));
+    EXPECT_DOUBLE_EQ(Number("return v:Cosine(v + w)"), std::sqrt(0.5));
+    EXPECT_DOUBLE_EQ(Number("return (" + factor + "Matrix{{1, 2}, {2, 4}}):Norm()") / scale, 5.0);
+  }
 }
 
 }  // namespace
