@@ -14,8 +14,9 @@
 
 namespace tarn::toolkit {
 
-/// File that cannot be read or written; a number of the host's table.
-inline constexpr int kErrorFile = 6;
+// Numbers of the host's table.
+inline constexpr int kErrorFile = 6;       ///< file that cannot be read or written
+inline constexpr int kErrorCancel = 1000;  ///< somebody cancelled
 
 /// A script error with number and sentence. The host puts the name of the function before it.
 class Fault : public std::runtime_error {

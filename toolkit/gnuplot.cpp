@@ -3,11 +3,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <string_view>
 
 #include "fault.h"
 
@@ -77,11 +79,21 @@ std::string QuotedForShell(const std::string& text) {
   return quoted + '\'';
 }
 
-/// The last line that is not empty: there gnuplot says what it did not like.
-std::string LastLine(std::string text) {
+/// What gnuplot did not like: its last line that is not empty, without the place in the script.
+std::string Complaint(std::string text) {
   text.erase(text.find_last_not_of(" \n") + 1);
-  const std::size_t end = text.rfind('\n');
-  return end == std::string::npos ? text : text.substr(end + 1);
+  text.erase(0, text.rfind('\n') + 1);
+  constexpr std::string_view kEndOfPlace = ": ";
+  const std::size_t place = text.find(kEndOfPlace, text.rfind("\" line "));
+  return text[0] != '"' || place == std::string::npos ? text
+                                                      : text.substr(place + kEndOfPlace.size());
+}
+
+/// Whether somebody pressed Ctrl-C, which ends the program and may leave the shell to tell of it.
+bool WasInterrupted(int status) {
+  constexpr int kShellTells = 128;
+  return (WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) ||
+         (WIFEXITED(status) && WEXITSTATUS(status) == kShellTells + SIGINT);
 }
 
 }  // namespace
@@ -110,7 +122,8 @@ std::string RunGnuplot(const std::string& commands) {
   if (WIFEXITED(status) && WEXITSTATUS(status) == kCommandNotFound) {
     throw Fault(kErrorFile, "the program gnuplot is missing; Debian has it as gnuplot-nox");
   }
-  if (status != 0) throw Fault(kErrorFile, "gnuplot: " + LastLine(Contents(complaints)));
+  if (WasInterrupted(status)) throw Fault(kErrorCancel, "Progress window got cancel");
+  if (status != 0) throw Fault(kErrorFile, "gnuplot: " + Complaint(Contents(complaints)));
   return Tidied(Contents(output));
 }
 

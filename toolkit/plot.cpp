@@ -1,7 +1,12 @@
 /// @file
 /// "Plot": curves, points with error bars and histograms, in a picture or in characters.
 
+#include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <limits>
 
 #include "arguments.h"
 #include "families.h"
@@ -25,8 +30,6 @@ struct Curve {
   int style;
 };
 
-Numbers ReadLike(const Input& input, std::size_t count) { return input.ArrayOfLength(count, "x"); }
-
 /// The points of a curve: a tabulated function, x and y, or y alone over 1, 2, 3, ...
 void ReadPoints(const Options& options, const std::string& name, Curve& curve) {
   if (const auto function = options.Find("f")) {
@@ -43,13 +46,15 @@ void ReadPoints(const Options& options, const std::string& name, Curve& curve) {
     return;
   }
   curve.x = options.Required("x").Array(1);
-  curve.y = ReadLike(options.Required("y"), curve.x.size());
+  curve.y = options.Required("y").ArrayOfLength(curve.x.size(), "x");
 }
 
 Curve ReadCurve(const Options& options, const std::string& name) {
   Curve curve;
   ReadPoints(options, name, curve);
-  if (const auto errors = options.Find("errors")) curve.errors = ReadLike(*errors, curve.x.size());
+  if (const auto errors = options.Find("errors")) {
+    curve.errors = errors->ArrayOfLength(curve.y.size(), options.Has("f") ? "f" : "y");
+  }
   if (const auto label = options.Find("label")) curve.label = label->Text();
   curve.style = options.Choice("style", curve.errors.empty() ? kLine : kPoints, kStyles);
   if (!curve.errors.empty() && curve.style != kPoints)
@@ -68,22 +73,55 @@ std::vector<Curve> ReadCurves(const Options& options) {
   const int count = list->Length(1);
   for (int i = 0; i < count; ++i) {
     const Input element = list->Element(i);
-    const Options described(element.Value(), {"f", "x", "y", "errors", "label", "style"});
+    const Options described(element.Value(), {"f", "x", "y", "errors", "label", "style"},
+                            element.Name());
     curves.push_back(ReadCurve(described, element.Name()));
   }
   return curves;
+}
+
+// Axes --------------------------------------------------------------------------------------------
+
+/// {lower, upper}
+Numbers ReadRange(const Input& range) {
+  Numbers ends = range.FiniteArray();
+  if (ends.size() != 2 || !(ends[0] < ends[1])) range.Refuse("must be a pair {lower, upper}");
+  return ends;
+}
+
+/// Without a range of its own the axis of y needs a point to begin with.
+void RequireSomethingToDraw(const std::vector<Curve>& curves, const Options& options) {
+  if (options.Has("yrange")) return;
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  const auto range = options.Find("xrange");
+  const Numbers ends = range ? ReadRange(*range) : Numbers{-kLargest, kLargest};
+  const bool logX = options.Flag("logx", false);
+  const bool logY = options.Flag("logy", false);
+  for (const Curve& curve : curves) {
+    for (std::size_t i = 0; i < curve.x.size(); ++i) {
+      const double x = curve.x[i];
+      const double y = curve.y[i];
+      const bool isInside = x >= ends[0] && x <= ends[1] && std::isfinite(y);
+      if (isInside && (!logX || x > 0.0) && (!logY || y > 0.0)) return;
+    }
+  }
+  Refuse("no point is finite, inside xrange and above 0 on logarithmic axes");
+}
+
+bool HasBars(const std::vector<Curve>& curves) {
+  return std::any_of(curves.begin(), curves.end(),
+                     [](const Curve& curve) { return curve.style == kBars; });
 }
 
 // Commands ----------------------------------------------------------------------------------------
 
 /// "[lo:hi]" of an option {lo, hi}.
 std::string RangeText(const Input& range) {
-  const Numbers ends = range.FiniteArray();
-  if (ends.size() != 2 || !(ends[0] < ends[1])) range.Refuse("must be a pair {lower, upper}");
+  const Numbers ends = ReadRange(range);
   return '[' + NumberText(ends[0]) + ':' + NumberText(ends[1]) + ']';
 }
 
-std::string SettingsText(const Options& options) {
+std::string SettingsText(const Options& options, const std::vector<Curve>& curves) {
   std::string settings;
   for (const char* name : {"title", "xlabel", "ylabel"}) {
     if (const auto text = options.Find(name)) {
@@ -95,6 +133,9 @@ std::string SettingsText(const Options& options) {
       settings += std::string("set ") + name + ' ' + RangeText(*range) + '\n';
     }
   }
+  // Bars stand on 0.
+  const bool isFree = !options.Has("yrange") && !options.Flag("logy", false);
+  if (isFree && HasBars(curves)) settings += "set yrange [*<0:0<*]\n";
   if (options.Flag("logx", false)) settings += "set logscale x\n";
   if (options.Flag("logy", false)) settings += "set logscale y\n";
   return settings;
@@ -169,12 +210,23 @@ std::string TerminalText(const Options& options) {
          std::to_string(height) + "\nset output " + QuotedForGnuplot(path) + '\n';
 }
 
+/// gnuplot does not say which file it could not write.
+void RequireWritable(const std::string& path) {
+  std::FILE* file = std::fopen(path.c_str(), "a");
+  if (file == nullptr)
+    throw Fault(kErrorFile, path + ": cannot be written: " + std::strerror(errno));
+  std::fclose(file);
+}
+
 void Plot(const Call& call) {
   const Options options(call.Argument(0),
                         {"file", "title", "xlabel", "ylabel", "xrange", "yrange", "logx", "logy",
                          "width", "height", "curves", "f", "x", "y", "errors", "label", "style"});
+  const std::vector<Curve> curves = ReadCurves(options);
+  RequireSomethingToDraw(curves, options);
   const std::string commands =
-      TerminalText(options) + SettingsText(options) + PlotText(ReadCurves(options));
+      TerminalText(options) + SettingsText(options, curves) + PlotText(curves);
+  if (const auto file = options.Find("file")) RequireWritable(file->Text());
   const std::string drawing = RunGnuplot(commands);
   if (!drawing.empty()) GetOwner()->PrintText(drawing.c_str());
 }
