@@ -148,7 +148,11 @@ std::unique_ptr<DenseMatrix> FindPositiveInverse(const DenseMatrix& matrix) {
   if (FindCholesky(*scaled) == nullptr) return nullptr;
   auto inverse = MakeMatrix(order, order);
   scaled->Inverse(*inverse);
-  ForgetError();
+  if (GetOwner()->pendingError != 0 && GetOwner()->GetLastError() == kErrorSingular) {
+    ForgetError();
+    return nullptr;
+  }
+  RequireSuccess();
   if (!IsFinite(*inverse)) return nullptr;
   multiply(*inverse, *inverse);
   return inverse;
