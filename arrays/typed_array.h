@@ -56,11 +56,10 @@ class TARN_API T_Array : public TarnAss {
   /// Sorts with the C library's `qsort` and `T_compare`, in units of 8 bytes whatever T is.
   ///
   /// For double that is the ascending order. For int and float a unit is a pair of elements, which
-  /// are ordered by the first of each and stay together; the unit that holds the last element of an
-  /// odd number has INT_MAX or infinity for its second half, and of the result the first `Len()`
-  /// elements are kept, so that filler may take the place of an element. Callers that want numbers
-  /// of 4 bytes in ascending order use `QSort(array.GetData(), array.Len())`. Does nothing when the
-  /// host heap refuses the scratch block for the pairs.
+  /// are ordered by the first of each and stay together; the last element of an odd number stays
+  /// where it is. Callers that want numbers of 4 bytes in ascending order use
+  /// `QSort(array.GetData(), array.Len())`. An array with NaN stays as it is when the host heap
+  /// refuses a scratch block.
   void QSort();
 
   /// Number of bytes that `Serialize` writes: Len() * sizeof(T) + 4.

@@ -78,30 +78,11 @@ T** NewPointers(std::int64_t count) {
                                           : nullptr;
 }
 
-/// What stands in a unit's second half beyond the end of an array: compares greatest.
-template <class T>
-constexpr T GreatestValue() {
-  return std::numeric_limits<T>::has_infinity ? std::numeric_limits<T>::infinity()
-                                              : std::numeric_limits<T>::max();
-}
-
-/// Sorts an array as units of 8 bytes, on a scratch block that holds the last unit whole. Units
-/// that lie behind the array altogether compare greatest and would stay there, so they are left
-/// out.
+/// Sorts an array as units of 8 bytes, pairs of its elements. A last element without a partner is
+/// no whole unit and stays where it is.
 template <class T>
 void SortAsUnits(T* elements, std::int64_t count) {
-  const std::int64_t units = count / 2 + count % 2;
-  const ScopedBlock<ElementPair<T>> scratch(AllocateBlock<ElementPair<T>>(units));
-  if (!scratch.Get()) return;
-  for (std::int64_t i = 0; i < units; ++i) {
-    const std::int64_t second = 2 * i + 1;
-    scratch.Get()[i] = {elements[2 * i], second < count ? elements[second] : GreatestValue<T>()};
-  }
-  SortUnits(scratch.Get(), units);
-  for (std::int64_t i = 0; i < count; ++i) {
-    const ElementPair<T>& unit = scratch.Get()[i / 2];
-    elements[i] = i % 2 == 0 ? unit.first : unit.second;
-  }
+  SortUnits(reinterpret_cast<ElementPair<T>*>(elements), count / 2);
 }
 
 /// A double is a unit by itself. Where the sorted order is unique, the method does not show.
