@@ -72,7 +72,7 @@ class TARN_API T_Line_LSQM2 {
   /// det(A)/2 - ln(residue)*(N - 2)/2 with A[k][j] the sum of f_k*f_j, L the sum of
   /// ln(S0/A[k][k])/2 over positive A[k][k], and 1e-8 for a residue that is not positive. Refined
   /// fit: ln(4*pi)*M/2 - residue/2 + ln det(covariance)/2 - L with L the sum of ln(S1/Aw[k][k])/2
-  /// over positive Aw[k][k]. NaN where a determinant is not positive.
+  /// over positive Aw[k][k]. Determinants count by their absolute values (`T_Matrix::LnDet`).
   T GetLogProb() const;
   /// Covariance of the coefficients, inside the object: the pseudo-inverse of Aw after a plain fit,
   /// that of the minimiser after a refined one; null before the first.

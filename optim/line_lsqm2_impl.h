@@ -145,13 +145,6 @@ T ErrorFunctionObjective(T_MatVector<T>& a, Variable* extra) {
   return -sum;
 }
 
-/// ln det of a matrix that should be positive; NaN when its determinant is negative or one of its
-/// singular values is 0.
-template <class T>
-T LnOfPositiveDet(const T_Matrix<T>& matrix) {
-  return matrix.Det() < 0 ? std::numeric_limits<T>::quiet_NaN() : matrix.LnDet();
-}
-
 /// ln(s/d)/2 summed over the positive diagonal elements d.
 template <class T>
 T HalfLogsOfDiagonal(T s, const T_Matrix<T>& matrix) {
@@ -409,7 +402,7 @@ void T_Line_LSQM2<T>::Refine(T s1, const T_Matrix<T>& aw, void* objective, T* er
   ReplaceCovariance(climb.GetCovariationMatrix(coeff_));
   SumResiduals();
   const T ln4Pi = std::log(4 * std::numbers::pi_v<T>);
-  const T lnDet = covariance_ == nullptr ? T(0) : tarn::LnOfPositiveDet(*covariance_);
+  const T lnDet = covariance_ == nullptr ? T(0) : covariance_->LnDet();
   logProb_ = ln4Pi * static_cast<T>(m_) / 2 - residue_ / 2 + T(0.5) * lnDet -
              tarn::HalfLogsOfDiagonal(s1, aw);
   if (!tarn::IsErrorPending(GetOwner()) && WasRefusedMemory(climb)) TarnError(tarn::kErrorMemory);
