@@ -246,8 +246,9 @@ class T_Matrix {
   /// condition. Smallest over largest singular value not below lambda: the solution
   /// V*diag(1/w)*transpose(U)*b without a cut-off (a zero gives infinity or NaN), and this matrix
   /// is left transposed. Below, also when the ratio or lambda is NaN: V times the filter
-  /// coefficients w/(w^2 + (w[0]*lambda)^2), which does not depend on b. Returns 1; 0 after an
-  /// error.
+  /// coefficients w/(w^2 + (w[0]*lambda)^2), which does not depend on b; with fewer rows than
+  /// columns its first Y() elements are stored and the others stay as they are. Returns 1; 0 after
+  /// an error.
   int SolveSystemBySVD_Reg_ex(T_Matrix*& v, T_MatVectorCol<Element>*& w, const Element* b,
                               Element* solution, Element lambda);
 

@@ -68,28 +68,34 @@ void SetFilteredCoefficients(const T_MatVectorCol<Element>& w, Element lambda, i
 
 /// Solves with the factors of a decomposition. Where the ratio of the smallest to the largest
 /// singular value reaches lambda, the solution is exact, without a cut-off, and U is left
-/// transposed; otherwise it is filtered. Returns the number of the error to raise or 0.
+/// transposed; otherwise it is filtered, and of fewer rows than columns only as many elements are
+/// stored. Returns the number of the error to raise or 0.
 template <class Element>
 int SolveRegularized(T_Matrix<Element>& u, const T_MatVectorCol<Element>& w,
                      const T_Matrix<Element>& v, const Element* b, Element* solution,
                      Element lambda) {
   const int m = u.Y();
   const int n = u.X();
-  WorkVectors<Element, 1> work(std::max(m, n));
+  const int order = std::max(m, n);
+  WorkVectors<Element, 2> work(order);
   Element* const c = work.Get();
   if (c == nullptr) return kErrorMemory;
   if (w.Dim() == 0) {
     ClearElements(solution, n);
     return 0;
   }
+  int count = n;
   if (w[n - 1] / w[0] >= lambda) {
     ProjectOntoLeftVectors(u, b, c);
     for (int i = n - 1; i >= 0; --i) c[i] /= w[i];
     u.Transpose();
   } else {
-    SetFilteredCoefficients(w, lambda, std::min(m, n), c);
+    count = std::min(m, n);
+    SetFilteredCoefficients(w, lambda, count, c);
   }
-  v.RightMultiply(solution, c);
+  Element* const y = c + order;
+  v.RightMultiply(y, c);
+  std::copy_n(y, count, solution);
   return 0;
 }
 

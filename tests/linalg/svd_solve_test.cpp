@@ -262,7 +262,7 @@ TYPED_TEST(SvdSolveTest, NaNIsFiltered) {
   EXPECT_TRUE(std::isnan(SolveRegularized<T>(Dense<T>(2, 2), {2, 3}, 0)[0])) << "0/0 ratio";
 }
 
-// Rectangles in the filtered branch: as many values as there are columns, nothing beyond.
+// Rectangles in the filtered branch: as many values as there are singular ones, nothing beyond.
 TYPED_TEST(SvdSolveTest, FilteredRectangles) {
   using T = TypeParam;
   for (const auto& [m, n] : {std::pair{2, 3}, {3, 2}}) {
@@ -275,7 +275,6 @@ TYPED_TEST(SvdSolveTest, FilteredRectangles) {
     std::vector<T> expected(x.size(), T{7});
     expected[0] = static_cast<T>(2 / (4 + 2.25));
     expected[1] = static_cast<T>(1 / (1 + 2.25));
-    if (n == 3) expected[2] = 0;
     ExpectNear<T>(x, expected, 2);
   }
 }
