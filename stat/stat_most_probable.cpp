@@ -214,7 +214,6 @@ double Stat::GetSEM2OfMostProbableValue(double location, ProbFunc function, Vari
   const double atPeak = function(location, args);
   double lower = std::min(Min, Mean - 3.0 * std::sqrt(Disp));
   double upper = std::max(-atPeak, Mean + 3.0 * std::sqrt(Disp));
-  if (upper < location) upper = location;
   if (std::fabs(lower - upper) <= std::fabs(upper + lower) * 1e-7) {
     const double widening = location == 0.0 ? 1.0 : std::sqrt(std::fabs(location));
     lower -= widening;
@@ -227,7 +226,9 @@ double Stat::GetSEM2OfMostProbableValue(double location, ProbFunc function, Vari
   const auto h = [&](double x) { return atPeak - function(x, args) - lnShare; };
   Bracket limits = {lower, upper};
   if (h(lower) < 0.0) limits.lower = BisectRelative(h, lower, location, Accuracy);
-  if (h(upper) < 0.0) limits.upper = BisectRelative(h, location, upper, Accuracy);
+  if (h(upper) < 0.0) {
+    limits.upper = upper < location ? location : BisectRelative(h, location, upper, Accuracy);
+  }
 
   TFunc curve = TabulateProbability(limits, function, args, atPeak);
   if (curve.N == 0) return SEM2;

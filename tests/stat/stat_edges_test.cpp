@@ -295,9 +295,16 @@ TEST(StatLocationError, ASideWithTooLittleAreaAnswersWithItsEnd) {
   const auto squared = [](double v) { return v * v; };
   double left = 13 - 0.34 * (upper - lower);
   EXPECT_NEAR(SquaredError(s, 13, 1, Flat), squared((upper - left) / 2), 1e-5);
-  // An upper limit below the location is raised to it.
-  left = 20 - 0.34 * (20 - lower);
-  EXPECT_NEAR(SquaredError(s, 20, 1, Flat), squared((20 - left) / 2), 1e-5);
+  // An upper limit below the location is an end like any other: the curve stays constant beyond.
+  left = 20 - 0.34 * (upper - lower);
+  EXPECT_NEAR(SquaredError(s, 20, 1, Flat), squared((upper - left) / 2), 1e-5);
+}
+
+TEST(StatLocationError, AnImprobableLimitBelowTheLocationCutsTheUpperHalfOff) {
+  EmbeddedHost host;
+  StatAccess s(std::vector<double>{0, 1, 2});
+  // 34 % of the lower half lie within 0.43991 sigma: Phi(0.43991) = 0.67.
+  EXPECT_NEAR(std::sqrt(SquaredError(s, 20, 1, Gaussian)), 0.43991 / 2, 2e-3);
 }
 
 TEST(StatLocationError, ASymmetricSampleAroundZeroEnds) {

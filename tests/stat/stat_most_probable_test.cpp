@@ -125,11 +125,11 @@ struct Transcription {
   double SquaredError(const StatAccess& s, double L) {
     const double f0 = F(L), t = std::log(1e-4);
     double lower = std::min(s.Min, s.Mean - 3 * std::sqrt(s.Disp));
-    const double upper = std::max({-f0, s.Mean + 3 * std::sqrt(s.Disp), L});
+    const double upper = std::max(-f0, s.Mean + 3 * std::sqrt(s.Disp));
     if (axis == 1 && lower <= 0) lower = s.Min / 100;
     const auto h = [&](double at) { return (f0 - F(at)) - t; };
     const double xL = h(lower) < 0 ? Bisect(h, lower, L) : lower;
-    const double xR = h(upper) < 0 ? Bisect(h, L, upper) : upper;
+    const double xR = h(upper) < 0 ? (upper < L ? L : Bisect(h, L, upper)) : upper;
     double X[30], P[30];
     for (int k = 0; k < 30; ++k) X[k] = xL + k * (xR - xL) / 29;
     for (int k = 0; k < 30; ++k) P[k] = std::exp(f0 - F(X[k]));
