@@ -37,7 +37,7 @@ constexpr std::string_view kFarOrder =
 constexpr std::string_view kGammaErrors = "Error 3: x < 0 or a <= 0.";
 constexpr std::string_view kGammaCaution =
     "For a above 15,000 and x from some a - 3 sqrt(a) to a + 1 the series gets only 1000 terms: "
-    "digits are lost without an error, 1e-9 at a = 30,000 and 10% at 1,000,000.";
+    "digits are lost without an error, at x = a 1e-8 for a = 30,000 and a third for 1,000,000.";
 constexpr std::string_view kBetaErrors =
     "Error 3: x outside [0, 1], a <= 0 or b <= 0. Error 3 \"a or b too big, Beta_P does not "
     "converge in 300 itterations\": the continued fraction has not converged in 1000 rounds, as "

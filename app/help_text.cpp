@@ -56,7 +56,8 @@ constexpr std::string_view kReferenceHead = R"(# Script functions
 <!-- Written by the program tarn-reference from app/help_data.cpp; a test compares the two. -->
 
 The 41 functions that the module adds to the script language. `help("Name")` prints the same at the
-prompt and in scripts, `help()` the list, `tarn --list` the signatures.
+prompt and in scripts. `help()` lists them and those of the companion module, `tarn --list` the
+signatures of both.
 
 A signature gives the kinds of the arguments:
 

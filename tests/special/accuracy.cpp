@@ -114,14 +114,28 @@ Budget MakeBudget(const std::string& function, const std::string& region, double
   return {function, region, Format("%.2e", measured), RoundedUp(measured * kMargin)};
 }
 
+namespace {
+
+/// The text with its bars escaped, so that they do not end a cell of a table.
+std::string Cell(const std::string& text) {
+  std::string cell;
+  for (const char c : text) {
+    if (c == '|') cell += '\\';
+    cell += c;
+  }
+  return cell;
+}
+
+}  // namespace
+
 std::string MarkdownTable(const std::string& functionName, const std::vector<Budget>& budgets) {
   std::string text = "| region | where | error | largest measured | allowed by the test |\n";
   text += "|---|---|---|---|---|\n";
   for (const Region& region : ReadTable(functionName)) {
     for (const Budget& budget : budgets) {
       if (budget.function != functionName || budget.region != region.name) continue;
-      text += "| " + region.name + " | " + region.description + " | " + region.measureName + " | " +
-              budget.measured + " | " + budget.allowed + " |\n";
+      text += "| " + region.name + " | " + Cell(region.description) + " | " + region.measureName +
+              " | " + budget.measured + " | " + budget.allowed + " |\n";
     }
   }
   return text;
