@@ -52,14 +52,16 @@ constexpr HelpEntry kEntries[] = {
      .example = "FindMinimum{f = math.cos, from = 0, to = 6}.x",
      .value = "3.14159"},
     {.signature = "FitLine(options)",
-     .call = "FitLine{basis = ..., x = ..., y = ..., variances = ..., mode = ..., prior = ...}",
+     .call = "FitLine{basis = ..., x = ..., y = ..., variances = ..., mode = ..., ...}",
      .family = kSearches,
      .summary = "fit of a linear combination of functions",
      .meaning =
          "Fits y = sum of a_k f_k(x). basis: an array of functions, or \"powers\" or "
-         "\"cosines\" with the option terms. mode \"plain\" is weighted least squares, "
+         "\"cosines\" with the options terms and, for cosines, period. mode \"plain\" is weighted "
+         "least squares, "
          "\"refined\" a likelihood that bears outliers under the prior \"inverse_square\" or "
-         "\"Jeffreys\". A record of coefficients, errors, covariance, fitted, chi2, degrees, "
+         "\"Jeffreys\" to the accuracy of that option. A record of coefficients, errors, "
+         "covariance, fitted, chi2, degrees, "
          "residue and log_probability.",
      .domain = "As many points as functions or more; variances above 0, all 1 without them.",
      .errors = "Error 3: options that do not fit. Error 10: the functions are dependent on these "
