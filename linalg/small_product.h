@@ -76,40 +76,6 @@ Element DotProductFixed(const Element* a, const Element* b) {
   return sum;
 }
 
-/// c = a*transpose(b) for rows of kDepth elements.
-template <int kDepth, class Element>
-void MultiplyTransposedFixed(int rows, int cols, const Element* a, const Element* b, Element* c) {
-  for (int i = 0; i < rows; ++i) {
-    for (int j = 0; j < cols; ++j) {
-      c[i * cols + j] = DotProductFixed<kDepth>(a + i * kDepth, b + j * kDepth);
-    }
-  }
-}
-
-/// c = a*transpose(b), all of order up to kSmallProductOrder. Longer rows are worth a
-/// transposition.
-template <class Element>
-void MultiplySmallTransposed(int rows, int cols, int depth, const Element* a, const Element* b,
-                             Element* c) {
-  switch (depth) {
-    case 1:
-      return MultiplyTransposedFixed<1>(rows, cols, a, b, c);
-    case 2:
-      return MultiplyTransposedFixed<2>(rows, cols, a, b, c);
-    case 3:
-      return MultiplyTransposedFixed<3>(rows, cols, a, b, c);
-    case 4:
-      return MultiplyTransposedFixed<4>(rows, cols, a, b, c);
-    default:
-      break;
-  }
-  Element transposed[kSmallProductOrder * kSmallProductOrder];
-  for (int j = 0; j < cols; ++j) {
-    for (int k = 0; k < depth; ++k) transposed[k * cols + j] = b[j * depth + k];
-  }
-  MultiplySmall(rows, cols, depth, a, transposed, c);
-}
-
 /// out[i] = the product of row i of kCols elements, `stride` apart, with v.
 template <int kCols, class Element>
 void MultiplyRowsFixed(std::int64_t rows, const Element* a, std::int64_t stride, const Element* v,
@@ -140,6 +106,47 @@ void MultiplySmallRows(std::int64_t rows, std::int64_t cols, const Element* a, s
       return MultiplyRowsFixed<7>(rows, a, stride, v, out);
     default:
       return MultiplyRowsFixed<8>(rows, a, stride, v, out);
+  }
+}
+
+/// c = a*transpose(b) for a b of kCols rows, which is transposed first: sums side by side make up
+/// for that.
+template <std::size_t kCols, class Element>
+void MultiplyTransposedFixed(int rows, int depth, const Element* a, const Element* b, Element* c) {
+  Element transposed[kSmallProductOrder * kCols];
+  const auto length = static_cast<std::size_t>(depth);
+  for (std::size_t k = 0; k < length; ++k) {
+    for (std::size_t j = 0; j < kCols; ++j) transposed[k * kCols + j] = b[j * length + k];
+  }
+  MultiplyFixed<kCols>(rows, depth, a, transposed, c);
+}
+
+/// c = a*transpose(b) for up to kSmallProductOrder rows of b.
+template <class Element>
+void MultiplySmallTransposed(int rows, int cols, int depth, const Element* a, const Element* b,
+                             Element* c) {
+  switch (cols) {
+    case 0:
+      return;
+    case 1:
+      return MultiplyFixed<1>(rows, depth, a, b, c);
+    case 2:
+      return MultiplyTransposedFixed<2>(rows, depth, a, b, c);
+    case 3:
+      if (depth != 3) return MultiplyTransposedFixed<3>(rows, depth, a, b, c);
+      // Too few sums for a register: one by one they are done sooner.
+      for (int i = 0; i < rows; ++i) MultiplyRowsFixed<3>(3, b, 3, a + 3 * i, c + 3 * i);
+      return;
+    case 4:
+      return MultiplyTransposedFixed<4>(rows, depth, a, b, c);
+    case 5:
+      return MultiplyTransposedFixed<5>(rows, depth, a, b, c);
+    case 6:
+      return MultiplyTransposedFixed<6>(rows, depth, a, b, c);
+    case 7:
+      return MultiplyTransposedFixed<7>(rows, depth, a, b, c);
+    default:
+      return MultiplyTransposedFixed<8>(rows, depth, a, b, c);
   }
 }
 
