@@ -109,14 +109,14 @@ TYPED_TEST(ClimbDerivativeTest, OwnStepReplacesTheDefaultUnlessItIsZero) {
 
 TYPED_TEST(ClimbDerivativeTest, AStepWiderThanTheBoxLeavesItFromTheUpperFace) {
   using T = TypeParam;
-  T_Climb<T> climb = this->Quadratic(1);
-  T_MatVectorCol<T> steps = Vector<T>({T(1.5)});
+  T_Climb<T> climb = this->Quadratic(2);
+  T_MatVectorCol<T> steps = Vector<T>({T(1.5), 0});
   climb.SetMinStep(steps);
-  T_MatVectorCol<T> s = Vector<T>({T(0.5)});
+  T_MatVectorCol<T> s = Vector<T>({T(0.5), 0});
   climb.GetDerivative(s, 0);
   s[0] = 1;
   climb.GetDerivative(s, 0);
-  EXPECT_EQ(this->calls, (std::vector<Point<T>>{{T(0.5)}, {1}, {T(-0.5)}, {1}}));
+  EXPECT_EQ(this->calls, (std::vector<Point<T>>{{T(0.5), 0}, {1, 0}, {T(-0.5), 0}, {1, 0}}));
 }
 
 TYPED_TEST(ClimbDerivativeTest, FixedVariableHasNoDerivativeAndIsNotAsked) {
