@@ -3,6 +3,7 @@
 
 #include <optim/climb.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "callback.h"
@@ -25,8 +26,18 @@ constexpr int kDefaultIterations = 3000;
 /// First step of the coordinate search as a share of the range.
 constexpr double kDefaultFirstStep = 0.1;
 
-/// The script functions; the minimiser's extra parameter leads to them.
+/// Moves a point between its bounds, which the minimiser's rounding may have missed.
+void MoveInside(T_MatVector<double>& x, const Numbers& bounds) {
+  for (int i = 0; i < x.Dim(); ++i) {
+    const double* ends = bounds.data() + std::ptrdiff_t{2} * i;
+    x[i] = std::clamp(x[i], ends[0], ends[1]);
+  }
+}
+
+/// The script functions and the box that they are called in; the minimiser's extra parameter leads
+/// to them.
 struct Functions {
+  Numbers bounds;
   Callback objective;
   std::optional<Callback> derivative;
   std::optional<Callback> secondDerivative;
@@ -41,15 +52,21 @@ struct Functions {
 Functions& FunctionsOf(Variable* extra) { return *static_cast<Functions*>(extra->GetCppPointer()); }
 
 double Objective(T_MatVector<double>& x, Variable* extra) {
-  return FunctionsOf(extra).objective.At(x);
+  Functions& functions = FunctionsOf(extra);
+  MoveInside(x, functions.bounds);
+  return functions.objective.At(x);
 }
 
 double Derivative(T_MatVector<double>& x, int i, Variable* extra) {
-  return FunctionsOf(extra).derivative->At(x, i);
+  Functions& functions = FunctionsOf(extra);
+  MoveInside(x, functions.bounds);
+  return functions.derivative->At(x, i);
 }
 
 double SecondDerivative(T_MatVector<double>& x, int i, int j, Variable* extra) {
-  return FunctionsOf(extra).secondDerivative->At(x, i, j);
+  Functions& functions = FunctionsOf(extra);
+  MoveInside(x, functions.bounds);
+  return functions.secondDerivative->At(x, i, j);
 }
 
 /// A native function as the class library takes it.
@@ -63,7 +80,6 @@ Variable NativeFunction(Native* function) {
 /// What the script asked for.
 struct Request {
   Functions functions;
-  Numbers bounds;
   Numbers start;
   Numbers minStep;
   Numbers maxStep;
@@ -74,7 +90,9 @@ struct Request {
   bool isErrorAtLimit;
 
   int Dimension() const { return static_cast<int>(start.size()); }
-  double Width(std::size_t i) const { return bounds[2 * i + 1] - bounds[2 * i]; }
+  double Lower(std::size_t i) const { return functions.bounds[2 * i]; }
+  double Upper(std::size_t i) const { return functions.bounds[2 * i + 1]; }
+  double Width(std::size_t i) const { return Upper(i) - Lower(i); }
 };
 
 std::optional<Callback> FindCallback(const Options& options, const char* name) {
@@ -115,12 +133,12 @@ Numbers ReadSteps(const Options& options, const char* name, std::size_t count) {
 }
 
 Request ReadRequest(const Options& options) {
-  Functions functions{Callback(options.Required("f")), FindCallback(options, "derivative"),
-                      FindCallback(options, "second_derivative")};
+  Callback objective(options.Required("f"));
+  auto derivative = FindCallback(options, "derivative");
+  auto secondDerivative = FindCallback(options, "second_derivative");
   const Numbers bounds = options.Required("bounds").Bounds();
   const std::size_t count = bounds.size() / 2;
-  return {std::move(functions),
-          bounds,
+  return {{bounds, std::move(objective), std::move(derivative), std::move(secondDerivative)},
           ReadStart(options, bounds),
           ReadSteps(options, "min_step", count),
           ReadSteps(options, "max_step", count),
@@ -237,9 +255,27 @@ std::unique_ptr<DenseMatrix> CovarianceOf(const DenseMatrix& hessian, const Requ
   return covariance;
 }
 
+/// Where second differences are taken about a point: two steps from every face at least. Nearer,
+/// the class library's differences have unequal steps, and the slope enters them. Derivatives of
+/// the script's own need no distance.
+Column PlaceOfCurvature(const Column& point, const Request& request) {
+  Column place(point);
+  if (request.functions.secondDerivative) return place;
+  for (int i = 0; i < place.Dim(); ++i) {
+    const auto k = static_cast<std::size_t>(i);
+    const bool isGiven = !request.minStep.empty() && request.minStep[k] > 0.0;
+    const double step = isGiven ? request.minStep[k] : Climb::aMinStep * request.Width(k);
+    const double distance = std::min(2.0 * step, request.Width(k) / 2.0);
+    place[i] = std::max(place[i], request.Lower(k) + distance);
+    place[i] = std::min(place[i], request.Upper(k) - distance);
+  }
+  return place;
+}
+
 /// Curvature at the minimum: "hessian", and where that can be inverted "covariance" and "errors".
-void SetCurvature(Variable& record, Climb& climb, Column& point, const Request& request) {
-  auto hessian = OwnMatrix(climb.GetHessian(point));
+void SetCurvature(Variable& record, Climb& climb, const Column& point, const Request& request) {
+  Column place = PlaceOfCurvature(point, request);
+  auto hessian = OwnMatrix(climb.GetHessian(place));
   request.functions.RequireSuccess();
   auto covariance = CovarianceOf(*hessian, request);
   SetMatrix(Member(record, "hessian"), std::move(hessian));
@@ -253,6 +289,7 @@ void SetCurvature(Variable& record, Climb& climb, Column& point, const Request& 
 void SetSolution(const Call& call, Climb& climb, Request& request, bool withCurvature) {
   Variable& record = call.Result();
   Column point(climb.GetResult());
+  MoveInside(point, request.functions.bounds);
   SetRecord(record);
   SetVector(Member(record, "point"), NumbersOf(point));
   Member(record, "value") = request.functions.objective.At(point);
@@ -283,7 +320,7 @@ void Minimise(const Call& call) {
   Request request = ReadRequest(options);
   const bool withCurvature = options.Flag("curvature", true);
   Variable objective = NativeFunction(&Objective);
-  Climb climb(objective, request.Dimension(), request.bounds.data(), request.start.data(),
+  Climb climb(objective, request.Dimension(), request.functions.bounds.data(), request.start.data(),
               request.accuracy);
   RequireSuccess(climb.GetDimension() == request.Dimension());
   Configure(climb, options, request);

@@ -46,6 +46,27 @@ TEST_F(MinimiseTest, StaysInsideTheBox) {
   EXPECT_LE(Number("return highest"), 2.0);
 }
 
+TEST_F(MinimiseTest, StaysInsideABoxWhoseWidthIsRounded) {
+  // -2.9 + (0.8 + 2.9) is not 0.8 when it is computed by way of 1/(0.8 + 2.9).
+  for (const char* method : {"Solve", "BFGS", "DFP", "Powell", "Coord"}) {
+    Run("highest = -math.huge slope = function(x) highest = math.max(highest, x[1]) "
+        "  return -x[1] + (x[2] - 0.5)^2 end "
+        "rounded = {{-2.9, 0.8}, {0, 1}}");
+    Run(std::string("found = Minimise{f = slope, bounds = rounded, method = '") + method + "'}");
+    EXPECT_EQ(Number("return highest"), 0.8) << method;
+    EXPECT_EQ(Number("return found.point[1]"), 0.8) << method;
+    Run("found = Minimise{f = slope, bounds = rounded, start = found.point}");
+  }
+}
+
+TEST_F(MinimiseTest, TakesTheCurvatureAwayFromFaces) {
+  Run("worst = 0 for k = 1, 60 do local low, high = -k/10, 0.13*k "
+      "  local found = Minimise{f = function(x) return (x[1] - 2*high)^2 + (x[2] - 0.5)^2 end, "
+      "    bounds = {{low, high}, {0, 1}}, method = 'Powell'} "
+      "  worst = math.max(worst, math.abs(found.hessian(1, 1) - 2)) end");
+  EXPECT_LT(Number("return worst"), 0.02);
+}
+
 TEST_F(MinimiseTest, KeepsAVariableWhoseBoundsAreEqual) {
   Run("found = Minimise{f = bowl, bounds = {{-5, 5}, {1, 1}}}");
   EXPECT_EQ(Number("return found.point[2]"), 1.0);
