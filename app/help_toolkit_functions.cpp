@@ -63,8 +63,7 @@ constexpr HelpEntry kEntries[] = {
      .call = "f:Zeros()",
      .family = kFunctions,
      .summary = "zero crossings",
-     .meaning = "An array of the places where the interpolant crosses 0. A point with ordinate 0 "
-                "between two others counts for both of its intervals.",
+     .meaning = "An array of the places where the interpolant crosses 0, each of them once.",
      .domain = kAnyFunction,
      .errors = kNoFunction,
      .caution = "",

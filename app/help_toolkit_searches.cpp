@@ -45,7 +45,7 @@ constexpr HelpEntry kEntries[] = {
      .summary = "minimum of a function of one variable",
      .meaning = "Golden section. A record of x, value, evaluations and reason; the accuracy is "
                 "relative to the width of the interval.",
-     .domain = "Any interval; of several minima one is found.",
+     .domain = "Finite ends; of several minima one is found.",
      .errors =
          "Error 3: options that do not fit, or a value of f that is no number. Any error of f.",
      .caution = "A minimum is known to half the digits of its value at best.",

@@ -20,8 +20,9 @@
 ///  - where a value is exactly 0;
 ///  - when |b - a| has shrunk to `accuracy` times its first width. The accuracy is relative to the
 ///    width, not to the zero, and there is no limit on iterations;
-///  - when no number is left between the ends, or the value at a midpoint is not a number: the
-///    midpoint is the answer.
+///  - when no number is left between the ends: the midpoint is the answer.
+/// A value that is not a number counts as one on the other side of the zero than that of b.
+///
 /// Ends of the same sign are no error: the end whose value is nearer to zero is the answer (b when
 /// both are positive and equal, a when both are negative and equal) and `GetStopReason()` says so.
 ///
